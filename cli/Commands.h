@@ -1,0 +1,21 @@
+#pragma once
+
+// Each subcommand lives in a file of its own and registers itself here. A registrar adds the
+// subcommand to the application and sets its callback; the callback stores its exit code in exitCode.
+
+#include <CLI/CLI.hpp>
+
+#include <span>
+
+namespace cli {
+
+struct CommandResult {
+    int exitCode = 0;
+};
+
+using Registrar = void (*)(CLI::App& app, CommandResult& result);
+
+// The subcommands in the order of the help text.
+std::span<const Registrar> registrars();
+
+} // namespace cli

@@ -1,0 +1,55 @@
+#pragma once
+
+// Options shared by the subcommands: forces, steel grade, standard mode and design situation, and the
+// error that a subcommand throws for bad input (printed by main, exit code 2).
+
+#include <CLI/CLI.hpp>
+
+#include <KaMaterial.h>
+#include <KaStandard.h>
+#include <SteelDesign/Forces.h>
+
+#include <stdexcept>
+#include <string>
+
+namespace cli {
+
+// Bad input from the command line or a file: the message names the field and the value.
+class InputError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+// Exit codes of every subcommand.
+constexpr int exitFulfilled = 0;
+constexpr int exitNotFulfilled = 1;
+constexpr int exitInputError = 2;
+
+// --N --My --Mz --Mt --Vy --Vz in kN and kNm (compression negative). Values must be finite.
+struct ForceOptions {
+    double N = 0.0, My = 0.0, Mz = 0.0, Mt = 0.0, Vy = 0.0, Vz = 0.0;
+    void addTo(CLI::App& app);
+    SteelDesign::Forces toForces() const { return SteelDesign::Forces(N, My, Mz, Mt, Vy, Vz); }
+};
+
+// --steel GRADE (default S355).
+struct SteelOption {
+    std::string grade = "S355";
+    void addTo(CLI::App& app);
+    // The steel, or InputError naming the grade and listing the known ones.
+    KaConstrSteel resolve() const;
+};
+
+// --mode N|EN|UK|RolledLTB and --situation persistent|transient|accidental|seismic.
+struct StandardOptions {
+    std::string mode = "EN";
+    std::string situation = "persistent";
+    void addTo(CLI::App& app);
+    // Sets the host standard; InputError on an unknown value.
+    void apply() const;
+};
+
+// A CLI11 validator that rejects non-finite numbers ("nan", "inf").
+const CLI::Validator& finiteNumber();
+
+} // namespace cli

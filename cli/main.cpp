@@ -1,0 +1,39 @@
+// The steeldesign command: EN 1993-1-1 checks of steel members from the command line.
+
+#include "Commands.h"
+#include "Options.h"
+
+#include <iostream>
+
+#ifndef STEELDESIGN_VERSION
+#define STEELDESIGN_VERSION "unknown"
+#endif
+
+int main(int argc, char** argv)
+{
+    CLI::App app{"steeldesign " STEELDESIGN_VERSION
+                 ": verification of steel members to EN 1993-1-1 (and EN 1993-1-5 for webs in shear).\n"
+                 "Units: m, kN, kNm, kN/m2 in the library; mm, cm2, cm4, cm3 in the reports. "
+                 "Compression is negative."};
+    app.set_version_flag("--version", std::string("steeldesign ") + STEELDESIGN_VERSION);
+    app.require_subcommand(0, 1);
+
+    cli::CommandResult result;
+    // Subcommands, one file each (see Commands.h).
+    for (auto registrar : cli::registrars()) registrar(app, result);
+
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& e) {
+        const int rc = app.exit(e);
+        return rc == 0 ? 0 : cli::exitInputError;
+    } catch (const cli::InputError& e) {
+        std::cerr << "steeldesign: " << e.what() << '\n';
+        return cli::exitInputError;
+    }
+    if (app.get_subcommands().empty()) {
+        std::cout << app.help();
+        return 0;
+    }
+    return result.exitCode;
+}

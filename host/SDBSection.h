@@ -1,0 +1,348 @@
+#pragma once
+
+#include "KaExport.h"
+#include "KaVector3D.h"
+#include "SDBSectionVisitor.h"
+
+#include <string>
+
+// The section database of the host: section kinds with their dimensions and properties.
+//
+// Units: lengths m, areas m^2, section moduli and first moments m^3, second moments and the torsion
+// constant m^4, warping constant m^6.
+//
+// Axes: y is the major (strong) axis and z the minor one, both through the centroid; z points
+// downwards, so the top fibre has the smallest z (getZMin() < 0) and a positive My puts the bottom
+// fibre (z > 0) in tension. Each kind's header comment says where its reference point lies; the
+// offsets getEy()/getEz() are the centroid's coordinates measured from that reference point.
+
+// Type keys of the section database, compared as strings.
+struct KA_HOST_API SDBKey {
+    static const std::string I;
+    static const std::string C;
+    static const std::string Circle;
+    static const std::string L;
+    static const std::string O;
+    static const std::string R;
+    static const std::string RH;
+    static const std::string T;
+    static const std::string U;
+    static const std::string Z;
+    static const std::string WU;
+    static const std::string WZ;
+};
+
+// The section's type record.
+class KA_HOST_API SDBSectionType {
+public:
+    explicit SDBSectionType(std::string key) : key_(std::move(key)) {}
+    const std::string& getKey() const { return key_; }
+
+private:
+    std::string key_;
+};
+
+// Every property of a section as the database stores it (one row). Computed from the dimensions when a
+// section is built from them; a host that reads its own tables may fill it directly.
+struct KA_HOST_API SDBProperties {
+    double A = 0.0;                  // area
+    double Iy = 0.0, Iz = 0.0;       // second moments about the centroidal y and z axes
+    double It = 0.0;                 // St. Venant torsion constant
+    double Iw = 0.0;                 // warping constant about the shear centre (0: none in the database)
+    double Wely = 0.0, Welz = 0.0;   // elastic section moduli (smallest over the extreme fibres)
+    double Wply = 0.0, Wplz = 0.0;   // plastic section moduli
+    double Avy = 0.0, Avz = 0.0;     // shear areas for a shear force in y and in z (EN 1993-1-1 6.2.6(3))
+    double webArea = 0.0;            // area of the web (hw * tw) used by the interaction checks
+    double ey = 0.0, ez = 0.0;       // centroid measured from the kind's reference point
+    double zMin = 0.0, zMax = 0.0;   // smallest (top) and largest (bottom) z of the section
+    double yMin = 0.0, yMax = 0.0;   // smallest and largest y of the section
+    double Sy0 = 0.0, Sz0 = 0.0;     // first moment of the part on one side of the y (z) centroidal axis
+    double governingThickness = 0.0; // the governing plate thickness t (flange or wall)
+    double torsionThickness = 0.0;   // the thickest plate, where the St. Venant shear stress is largest
+    double webThickness = 0.0;       // tw
+    double flangeWidth1 = 0.0;       // width of the first (top) flange
+    double flangeWidth2 = 0.0;       // width of the second (bottom) flange
+};
+
+class KA_HOST_API SDBSection {
+public:
+    virtual ~SDBSection();
+
+    const std::string& getName() const { return name_; }
+    void setName(std::string name) { name_ = std::move(name); }
+
+    double getHeight() const { return height_; }
+    double getWidth() const { return width_; }
+    double getWy() const { return props_.Wely; }
+    double getWz() const { return props_.Welz; }
+    // First moments for shear: index 0 is the part on one side of the centroidal axis (the largest
+    // first moment, at the neutral axis); any other index gives 0.
+    double getSys(int index) const { return index == 0 ? props_.Sy0 : 0.0; }
+    double getSzs(int index) const { return index == 0 ? props_.Sz0 : 0.0; }
+    double getZMin() const { return props_.zMin; }
+    double getZMax() const { return props_.zMax; }
+    double getWebArea() const { return props_.webArea; }
+    double getIw() const { return props_.Iw; }
+    bool isRolled() const { return rolled_; }
+    // The type record, or null for a section that has none.
+    const SDBSectionType* getType() const { return hasType_ ? &type_ : nullptr; }
+
+    const SDBProperties& getProperties() const { return props_; }
+    void setProperties(const SDBProperties& properties) { props_ = properties; }
+    void setRolled(bool rolled) { rolled_ = rolled; }
+    void setTypeKey(std::string key) { type_ = SDBSectionType(std::move(key)); hasType_ = true; }
+    void clearType() { hasType_ = false; }
+
+    // --- virtual operations, in slot order --------------------------------------------------------
+    // Calls the visitor's overload for this kind and returns its result.
+    virtual int accept(SDBSectionVisitor* visitor) = 0;
+    // First moment about y of the part of the section beyond the horizontal line through the point
+    // (the part on the far side of z = point.z from the centroid), as a magnitude: Sy for the shear
+    // stress V_z S / (I_y t). 0 at the extreme fibres, largest at the centroid.
+    virtual double getSy(const KaVector3D& point) const;
+    // The same about z, for the part beyond the vertical line y = point.y.
+    virtual double getSz(const KaVector3D& point) const;
+    virtual double getEz() const { return props_.ez; }
+    virtual double getEy() const { return props_.ey; }
+    virtual double getIy() const { return props_.Iy; }
+    virtual double getA() const { return props_.A; }
+    virtual double getIz() const { return props_.Iz; }
+    virtual double getIt() const { return props_.It; }
+    virtual double getWply() const { return props_.Wply; }
+    virtual double getWplz() const { return props_.Wplz; }
+    // A C section's additional dimension q (0 for every other kind).
+    virtual double getQ() const { return 0.0; }
+    virtual double getAvy() const { return props_.Avy; }
+    virtual double getAvz() const { return props_.Avz; }
+    virtual double getGoverningThickness() const { return props_.governingThickness; }
+    virtual double getFlangeWidth1() const { return props_.flangeWidth1; }
+    virtual double getFlangeWidth2() const { return props_.flangeWidth2; }
+    virtual double getWebThickness() const { return props_.webThickness; }
+    virtual double getTorsionThickness() const { return props_.torsionThickness; }
+
+protected:
+    SDBSection(double height, double width, bool rolled, const std::string& typeKey);
+    SDBSection(const SDBSection&) = default;
+    SDBSection& operator=(const SDBSection&) = default;
+
+    SDBProperties props_;
+
+private:
+    std::string name_;
+    double height_;
+    double width_;
+    bool rolled_;
+    bool hasType_ = true;
+    SDBSectionType type_;
+};
+
+#define KA_SDB_ACCEPT \
+    int accept(SDBSectionVisitor* visitor) override { return visitor->visit(this); }
+
+// Doubly or mono-symmetric I section. h depth, b (b2) width of the top (bottom) flange, s web, t (t2)
+// top (bottom) flange thickness, r1 root radius (0 for a welded section). Reference point: mid-height
+// on the web axis.
+class KA_HOST_API SDBSectionI : public SDBSection {
+public:
+    SDBSectionI(double h, double b, double s, double t, double r1, bool rolled = true);
+    SDBSectionI(double h, double b, double s, double t, double r1, double b2, double t2, bool rolled = false);
+    KA_SDB_ACCEPT
+    double getH() const { return h_; }
+    double getB() const { return b_; }
+    double getS() const { return s_; }
+    double getT() const { return t_; }
+    double getR1() const { return r1_; }
+    double getB2() const { return b2_; }
+    double getT2() const { return t2_; }
+    bool getB2Set() const { return b2Set_; }
+    bool getT2Set() const { return t2Set_; }
+
+private:
+    double h_, b_, s_, t_, r1_, b2_, t2_;
+    bool b2Set_, t2Set_;
+};
+
+// Cold-formed lipped channel, thin-walled. h depth, b flange width, t wall, c clear distance between
+// the two lip ends. Reference point: back of the web at mid-height; the flanges point to -y.
+class KA_HOST_API SDBSectionC : public SDBSection {
+public:
+    SDBSectionC(double h, double b, double t, double c, bool rolled = false);
+    KA_SDB_ACCEPT
+    double getH() const { return h_; }
+    double getB() const { return b_; }
+    double getT() const { return t_; }
+    double getC() const { return c_; }
+
+private:
+    double h_, b_, t_, c_;
+};
+
+// Solid round bar of diameter d. Reference point: the centre.
+class KA_HOST_API SDBSectionCircle : public SDBSection {
+public:
+    explicit SDBSectionCircle(double d, bool rolled = true);
+    KA_SDB_ACCEPT
+    double getD() const { return d_; }
+
+private:
+    double d_;
+};
+
+// Angle. h length of the leg along z, b length of the leg along y, s thickness, r1 root radius.
+// Reference point: the heel; the legs point to -y and -z.
+class KA_HOST_API SDBSectionL : public SDBSection {
+public:
+    SDBSectionL(double h, double b, double s, double r1, bool rolled = true);
+    KA_SDB_ACCEPT
+    double getH() const { return h_; }
+    double getB() const { return b_; }
+    double getS() const { return s_; }
+    double getR1() const { return r1_; }
+
+private:
+    double h_, b_, s_, r1_;
+};
+
+// Circular hollow section: d outer diameter, t wall. Reference point: the centre.
+class KA_HOST_API SDBSectionO : public SDBSection {
+public:
+    SDBSectionO(double d, double t, bool hotRolled, bool rolled = true);
+    KA_SDB_ACCEPT
+    double getD() const { return d_; }
+    double getT() const { return t_; }
+    bool isHotRolled() const { return hotRolled_; }
+
+private:
+    double d_, t_;
+    bool hotRolled_;
+};
+
+// Solid rectangle h x b. Reference point: the centre.
+class KA_HOST_API SDBSectionR : public SDBSection {
+public:
+    SDBSectionR(double h, double b, bool rolled = true);
+    KA_SDB_ACCEPT
+    double getH() const { return h_; }
+    double getB() const { return b_; }
+    double getSy(const KaVector3D& point) const override;
+    double getSz(const KaVector3D& point) const override;
+
+private:
+    double h_, b_;
+};
+
+// Rectangular or square hollow section: h depth, b width, s and t the walls (equal for rolled tubes),
+// r1 outer corner radius. Reference point: the centre.
+class KA_HOST_API SDBSectionRH : public SDBSection {
+public:
+    SDBSectionRH(double h, double b, double s, double t, double r1, bool hotRolled, bool rolled = true);
+    KA_SDB_ACCEPT
+    double getH() const { return h_; }
+    double getB() const { return b_; }
+    double getS() const { return s_; }
+    double getT() const { return t_; }
+    double getR1() const { return r1_; }
+    bool isHotRolled() const { return hotRolled_; }
+
+private:
+    double h_, b_, s_, t_, r1_;
+    bool hotRolled_;
+};
+
+// T section: h depth, b flange width, s stem, t flange, r1 root radius. Reference point: top of the
+// flange on the stem axis.
+class KA_HOST_API SDBSectionT : public SDBSection {
+public:
+    SDBSectionT(double h, double b, double s, double t, double r1, bool rolled = true);
+    KA_SDB_ACCEPT
+    double getH() const { return h_; }
+    double getB() const { return b_; }
+    double getS() const { return s_; }
+    double getT() const { return t_; }
+    double getR1() const { return r1_; }
+
+private:
+    double h_, b_, s_, t_, r1_;
+};
+
+// Channel with parallel flanges: h depth, b flange width, s web, t flange, r1 root radius. Reference
+// point: back of the web at mid-height; the flanges point to -y.
+class KA_HOST_API SDBSectionU : public SDBSection {
+public:
+    SDBSectionU(double h, double b, double s, double t, double r1, bool rolled = true);
+    KA_SDB_ACCEPT
+    double getH() const { return h_; }
+    double getB() const { return b_; }
+    double getS() const { return s_; }
+    double getT() const { return t_; }
+    double getR1() const { return r1_; }
+
+private:
+    double h_, b_, s_, t_, r1_;
+};
+
+// Z section: h depth, b flange width (from the web face to the tip, plus s/2), s web, t flange,
+// r1 root radius. Reference point: the centre of the web.
+class KA_HOST_API SDBSectionZ : public SDBSection {
+public:
+    SDBSectionZ(double h, double b, double s, double t, double r1, bool rolled = true);
+    KA_SDB_ACCEPT
+    double getH() const { return h_; }
+    double getB() const { return b_; }
+    double getS() const { return s_; }
+    double getT() const { return t_; }
+    double getR1() const { return r1_; }
+
+private:
+    double h_, b_, s_, t_, r1_;
+};
+
+// Welded sections with flange-width and flange-thickness getters (base of WU and WZ).
+class KA_HOST_API SDBSectionW : public SDBSection {
+public:
+    double getH() const { return h_; }
+    double getFlangeWidth() const { return flangeWidth_; }
+    double getS() const { return s_; }
+    double getT() const { return t_; }
+
+protected:
+    SDBSectionW(double h, double flangeWidth, double s, double t, const std::string& typeKey);
+
+private:
+    double h_, flangeWidth_, s_, t_;
+};
+
+// Welded channel.
+class KA_HOST_API SDBSectionWU : public SDBSectionW {
+public:
+    SDBSectionWU(double h, double flangeWidth, double s, double t);
+    KA_SDB_ACCEPT
+};
+
+// Welded Z section.
+class KA_HOST_API SDBSectionWZ : public SDBSectionW {
+public:
+    SDBSectionWZ(double h, double flangeWidth, double s, double t);
+    KA_SDB_ACCEPT
+};
+
+// Kinds that the database knows but the steel checks ignore. They carry whatever properties the host
+// gives them (setProperties) and their overall height and width.
+#define KA_SDB_OTHER_KIND(Kind, key)                                                              \
+    class KA_HOST_API Kind : public SDBSection {                                                  \
+    public:                                                                                       \
+        explicit Kind(double height = 0.0, double width = 0.0) : SDBSection(height, width, false, key) {} \
+        KA_SDB_ACCEPT                                                                             \
+    };
+
+KA_SDB_OTHER_KIND(SDBSectionAsLine, "AsLine")
+KA_SDB_OTHER_KIND(SDBSectionAsPoint, "AsPoint")
+KA_SDB_OTHER_KIND(SDBSectionBeamPoly, "BeamPoly")
+KA_SDB_OTHER_KIND(SDBSectionDownstandBeam, "DownstandBeam")
+KA_SDB_OTHER_KIND(SDBSectionIX, "IX")
+KA_SDB_OTHER_KIND(SDBSectionPolygon, "Polygon")
+KA_SDB_OTHER_KIND(SDBSectionSpring, "Spring")
+KA_SDB_OTHER_KIND(SDBSectionThick, "Thick")
+KA_SDB_OTHER_KIND(SDBSectionUpstandBeam, "UpstandBeam")
+
+#undef KA_SDB_OTHER_KIND
