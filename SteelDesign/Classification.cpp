@@ -170,27 +170,33 @@ int Classification::classifyWebPart(const WebPart& part) const
 }
 
 // Angles, EN 1993-1-1 Table 5.2 sheet 3, with the limits applied to each leg's own c/t.
+int Classification::classifyAngleLeg(const FlangePart& leg) const
+{
+    const double t = leg.getT();
+    if (std::fabs(t) < tol) return 0;
+    const double fy = findFy(t);
+    const double epsilon = std::pow(235000.0 / fy, 0.5);
+    const double ratio = leg.getC() / t;
+    auto isClass3 = [&](double e) { return ratio < 15.0 * e + tol && ratio < 11.5 * e + tol; };
+    int cls = isClass3(epsilon) ? 3 : 4;
+    if (!isBucklingResistance() && cls == 4) {
+        const kat::Nullable<double> s =
+            StressUtil(section_, forces_).calculateMaxCompressive(leg.getFirstPoint(), leg.getSecondPoint());
+        // sqrt(fy / sigma) of a compressive (negative) sigma, without the absolute value.
+        if (s.hasValue()) cls = isClass3(epsilon + std::sqrt(fy / s.value())) ? 3 : 4;
+    }
+    return cls;
+}
+
 void Classification::classifySectionL(SDBSection* section)
 {
     CrossSectionCutter cutter;
     section->accept(&cutter);
     if (std::fabs(forces_.getMz()) < tol && std::fabs(forces_.getMy()) < tol) {
-        const StressUtil util(section_, forces_);
-        int legClass = 0;
+        int legClass = 0;  // a leg of zero thickness keeps the previous leg's class
         int worst = 0;
         for (const auto& leg : cutter.getFlangeParts()) {
-            const double t = leg->getT();
-            const double fy = findFy(t);
-            const double epsilon = std::pow(235000.0 / fy, 0.5);
-            if (std::fabs(t) >= tol) {
-                const double ratio = leg->getC() / t;
-                auto isClass3 = [&](double e) { return ratio < 15.0 * e + tol && ratio < 11.5 * e + tol; };
-                legClass = isClass3(epsilon) ? 3 : 4;
-                if (!isBucklingResistance() && legClass == 4) {
-                    const kat::Nullable<double> s = util.calculateMaxCompressive(leg->getFirstPoint(), leg->getSecondPoint());
-                    if (s.hasValue()) legClass = isClass3(epsilon + std::sqrt(fy / s.value())) ? 3 : 4;
-                }
-            }
+            if (const int cls = classifyAngleLeg(*leg); cls != 0) legClass = cls;
             worst = std::max(worst, legClass);
         }
         sectionClass_ = worst;

@@ -63,9 +63,13 @@ public:
     int visit(SDBSectionAsPoint* section) override;
     int visit(SDBSectionAsLine* section) override;
 
-    // The class of one plate, for reports (the section class is formed from these).
+    // The class of one plate, for reports (the section class is formed from these). Valid after
+    // classify() of the section the plate was cut from.
     int classifyFlangePart(const FlangePart& part) const;
     int classifyWebPart(const WebPart& part) const;
+    // The class of an angle's leg under axial force alone (Table 5.2 sheet 3): 3 or 4, or 0 for a leg of
+    // zero thickness (which the section class passes over).
+    int classifyAngleLeg(const FlangePart& leg) const;
 
 private:
     void classifySection(SDBSection* section);

@@ -6,7 +6,7 @@ namespace cli {
 
 std::span<const Registrar> registrars()
 {
-    static const std::array<Registrar, 0> all{};
+    static const std::array<Registrar, 4> all{registerSectionCommand, registerSectionsCommand, registerClassifyCommand, registerCheckCommand};
     return all;
 }
 

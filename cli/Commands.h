@@ -15,6 +15,14 @@ struct CommandResult {
 
 using Registrar = void (*)(CLI::App& app, CommandResult& result);
 
+// `section NAME [--json]` and `sections [--family F] [--json]` (SectionCommands.cpp).
+void registerSectionCommand(CLI::App& app, CommandResult& result);
+void registerSectionsCommand(CLI::App& app, CommandResult& result);
+
+// `classify NAME ...` (ClassifyCommand.cpp) and `check NAME ...` (CheckCommand.cpp).
+void registerClassifyCommand(CLI::App& app, CommandResult& result);
+void registerCheckCommand(CLI::App& app, CommandResult& result);
+
 // The subcommands in the order of the help text.
 std::span<const Registrar> registrars();
 

@@ -1,6 +1,9 @@
 #include "Options.h"
 
+#include <SectionCatalogue.h>
+
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
 
 namespace cli {
@@ -65,6 +68,31 @@ void StandardOptions::apply() const
                          "' (persistent, transient, accidental, seismic)");
     KaStandard::get()->setMode(*parsedMode);
     KaStandard::get()->setSituation(*parsedSituation);
+}
+
+std::unique_ptr<SDBSection> lookupSection(const std::string& name)
+{
+    try {
+        return SDBCatalogue::get(name);
+    } catch (const std::invalid_argument& e) {
+        throw InputError(std::string("section: ") + e.what());
+    }
+}
+
+std::string thicknessWarnings(const std::vector<double>& thicknesses)
+{
+    std::string out;
+    for (double t : thicknesses) {
+        if (!KaConstrSteel::isThicknessCovered(t)) {
+            char line[160];
+            std::snprintf(line, sizeof line,
+                          "warning: plate thickness %.1f mm is beyond EN 1993-1-1 Table 3.1 (80 mm); fy of the "
+                          "40-80 mm row used, check the product standard\n",
+                          t * 1000.0);
+            out += line;
+        }
+    }
+    return out;
 }
 
 } // namespace cli

@@ -9,7 +9,11 @@
 #include <KaStandard.h>
 #include <SteelDesign/Forces.h>
 
+#include <SDBSection.h>
+
+#include <memory>
 #include <stdexcept>
+#include <vector>
 #include <string>
 
 namespace cli {
@@ -48,6 +52,12 @@ struct StandardOptions {
     // Sets the host standard; InputError on an unknown value.
     void apply() const;
 };
+
+// The catalogue section of a designation ("IPE 300"); InputError naming it and the nearest designations.
+std::unique_ptr<SDBSection> lookupSection(const std::string& name);
+
+// A warning line for each plate thickness outside EN 1993-1-1 Table 3.1 (above 80 mm), or "".
+std::string thicknessWarnings(const std::vector<double>& thicknesses);
 
 // A CLI11 validator that rejects non-finite numbers ("nan", "inf").
 const CLI::Validator& finiteNumber();

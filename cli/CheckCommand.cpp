@@ -1,0 +1,176 @@
+// `steeldesign check NAME --steel GRADE [forces] [--gamma-m0 X] [--elastic] [--mode N] [--situation S]
+// [--json]`: the cross-section resistance check of EN 1993-1-1 6.2 at one point.
+// Exit code 0 when every check is fulfilled, 1 when one is not (or the check is not supported for the
+// section under these actions), 2 for bad input.
+
+#include "Commands.h"
+#include "Options.h"
+#include "Report.h"
+
+#include <KaMaterial.h>
+#include <SteelDesign/ResistanceVerifications.h>
+#include <SteelDesign/SectionInitializer.h>
+
+#include <nlohmann/json.hpp>
+
+#include <iostream>
+
+namespace cli {
+
+namespace {
+
+using R = SteelDesign::VerificationResults;
+
+struct CheckOptions {
+    std::string name;
+    SteelOption steel;
+    ForceOptions forces;
+    StandardOptions standard;
+    double gammaM0 = 0.0;
+    bool elastic = false;
+    bool json = false;
+};
+
+const R::UtilizationType reported[] = {R::Axial,         R::Torsion,       R::BendingY,      R::BendingZ,
+                                       R::Bending,       R::ShearY,        R::ShearZ,        R::Shear,
+                                       R::ShearBendingY, R::ShearBendingZ, R::ShearBending,  R::AxialBendingY,
+                                       R::AxialBendingZ, R::AxialBending,  R::AxialShearBending};
+
+const char* describe(R::UtilizationType type)
+{
+    switch (type) {
+    case R::Axial: return "axial force, 6.2.4";
+    case R::Torsion: return "torsion, 6.2.7";
+    case R::BendingY: return "bending about y, 6.2.5";
+    case R::BendingZ: return "bending about z, 6.2.5";
+    case R::Bending: return "bending, 6.2.5 / 6.2.9(6)";
+    case R::ShearY: return "shear Vy, 6.2.6";
+    case R::ShearZ: return "shear Vz, 6.2.6";
+    case R::Shear: return "shear, governing";
+    case R::ShearBendingY: return "bending about z with Vy, 6.2.8";
+    case R::ShearBendingZ: return "bending about y with Vz, 6.2.8";
+    case R::ShearBending: return "bending and shear, governing";
+    case R::AxialBendingY: return "bending about y with N, 6.2.9";
+    case R::AxialBendingZ: return "bending about z with N, 6.2.9";
+    case R::AxialBending: return "bending and axial force, 6.2.9";
+    case R::AxialShearBending: return "bending, shear and axial force";
+    default: return "";
+    }
+}
+
+std::string yesNo(bool b) { return b ? "yes" : "no"; }
+
+void run(const CheckOptions& o, CommandResult& result)
+{
+    using namespace SteelDesign;
+    auto section = lookupSection(o.name);
+    KaConstrSteel steel = o.steel.resolve();
+    o.standard.apply();
+    if (o.gammaM0 < 0.0) throw InputError("--gamma-m0: must not be negative, got " + number(o.gammaM0, 4));
+    const Forces forces = o.forces.toForces();
+    const VerificationControl control = o.elastic ? VerificationControl::Elastic : VerificationControl::Classify;
+
+    SectionInitializer init(section.get(), &steel, forces, control, false);
+    R results;
+    const ResistanceVerifications verifier(results, section.get(), init, o.gammaM0, forces);
+    verifier.verifyAllResistance();
+    const bool allFulfilled = results.verifyAllUtilizations();
+    const ErrorCode error = init.getErrorCode();
+    const bool verdict = allFulfilled && error == ErrorCode::NoError;
+
+    if (o.json) {
+        nlohmann::json utilizations = nlohmann::json::object();
+        nlohmann::json fulfilled = nlohmann::json::object();
+        for (int t = 0; t < R::utilizationTypeCount; ++t) {
+            const auto type = static_cast<R::UtilizationType>(t);
+            utilizations[R::nameOf(type)] = nullableJson(results.getUtilization(type));
+            fulfilled[R::nameOf(type)] = results.isFulfilled(type);
+        }
+        nlohmann::json out = {
+            {"section", section->getName()},
+            {"steel", steel.getName()},
+            {"class", init.getClass()},
+            {"fy", init.getFy()},
+            {"gammaM0", verifier.getGammaM0()},
+            {"errorCode", static_cast<int>(error)},
+            {"utilizations", utilizations},
+            {"fulfilled", fulfilled},
+            {"allFulfilled", allFulfilled},
+            {"NRd", nullableJson(results.getNRd())},
+            {"NRdLimit", nullableJson(results.getNRdLimit())},
+            {"MRd", {{"y", results.getMRd(Axis::y).value()}, {"z", results.getMRd(Axis::z).value()}}},
+            {"MRdLimit", {{"y", results.getMRdLimit(Axis::y).value()}, {"z", results.getMRdLimit(Axis::z).value()}}},
+            {"VyRd", results.getResistanceVyRd()},
+            {"VzRd", results.getResistanceVzRd()},
+            {"VyTRd", results.getResistanceVyTRd()},
+            {"VzTRd", results.getResistanceVzTRd()},
+            {"alpha", results.getAlpha()},
+            {"beta", results.getBeta()},
+            {"requiredShearBending", results.getRequiredShearBending()},
+            {"requiredAxialBending", results.getRequiredAxialBending()},
+            {"requiredAxialShearBending", results.getRequiredAxialShearBending()},
+            {"biaxialBending", results.getBiaxialBending()},
+        };
+        std::cout << out.dump(2) << '\n';
+    } else {
+        std::cout << thicknessWarnings(init.getThicknessVector());
+        std::cout << "Cross-section check to EN 1993-1-1 6.2\n"
+                  << "section " << section->getName() << ", steel " << steel.getName() << ", fy = "
+                  << number(init.getFy() / 1000.0, 0) << " N/mm2, gammaM0 = " << number(verifier.getGammaM0(), 2)
+                  << "\n"
+                  << "actions: " << describeForces(forces) << "\n"
+                  << "cross-section class: " << init.getClass() << (o.elastic ? " (elastic verification)" : "")
+                  << "\n\nresistances\n";
+        auto line = [](const char* name, double value, const char* unit) {
+            std::cout << "  " << name << std::string(10 - std::string(name).size(), ' ') << number(value, 2) << ' '
+                      << unit << '\n';
+        };
+        line("NRd", results.getNRd().valueOr(0.0), "kN");
+        line("My,Rd", results.getMRd(Axis::y).value(), "kNm");
+        line("Mz,Rd", results.getMRd(Axis::z).value(), "kNm");
+        line("Mpl,y,Rd", results.getMRdLimit(Axis::y).value(), "kNm");
+        line("Mpl,z,Rd", results.getMRdLimit(Axis::z).value(), "kNm");
+        line("Vy,Rd", results.getResistanceVyRd(), "kN");
+        line("Vz,Rd", results.getResistanceVzRd(), "kN");
+        if (forces.getMt() != 0.0) {  // reduced for torsion, 6.2.7(9)
+            line("Vy,T,Rd", results.getResistanceVyTRd(), "kN");
+            line("Vz,T,Rd", results.getResistanceVzTRd(), "kN");
+        }
+
+        std::cout << "\nutilizations\n";
+        for (R::UtilizationType type : reported) {
+            const auto u = results.getUtilization(type);
+            char buffer[128];
+            std::snprintf(buffer, sizeof buffer, "  %-18s %8s  %-13s %s\n", R::nameOf(type),
+                          u ? number(u.value(), 3).c_str() : "-",
+                          u ? (results.isFulfilled(type) ? "fulfilled" : "NOT FULFILLED") : "", describe(type));
+            std::cout << buffer;
+        }
+        std::cout << "\ninteraction: shear reduces bending " << yesNo(results.getRequiredShearBending())
+                  << ", axial force reduces bending " << yesNo(results.getRequiredAxialBending())
+                  << ", biaxial bending " << yesNo(results.getBiaxialBending()) << "\n";
+        if (error != ErrorCode::NoError)
+            std::cout << "error code " << static_cast<int>(error) << ": " << SteelDesign::describe(error) << "\n";
+        std::cout << "verdict: " << (verdict ? "FULFILLED" : "NOT FULFILLED") << "\n";
+    }
+    result.exitCode = verdict ? exitFulfilled : exitNotFulfilled;
+}
+
+} // namespace
+
+void registerCheckCommand(CLI::App& app, CommandResult& result)
+{
+    auto options = std::make_shared<CheckOptions>();
+    CLI::App* sub = app.add_subcommand("check", "cross-section resistance to EN 1993-1-1 6.2 (exit 0 fulfilled, 1 not)");
+    sub->add_option("NAME", options->name, "catalogue designation, e.g. \"IPE 300\"")->required();
+    options->steel.addTo(*sub);
+    options->forces.addTo(*sub);
+    sub->add_option("--gamma-m0", options->gammaM0, "partial factor gammaM0 (default: from the standard mode)")
+        ->check(finiteNumber());
+    options->standard.addTo(*sub);
+    sub->add_flag("--elastic", options->elastic, "elastic verification: class 3 without classification");
+    sub->add_flag("--json", options->json, "machine-readable output (SI units: m, kN, kNm, kN/m2)");
+    sub->callback([options, &result] { run(*options, result); });
+}
+
+} // namespace cli

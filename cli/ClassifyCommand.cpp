@@ -1,0 +1,145 @@
+// `steeldesign classify NAME --steel GRADE [--N --My --Mz] [--elastic] [--json]`: the cross-section class
+// under the given actions (EN 1993-1-1 Table 5.2), plate by plate, with fy, epsilon, the buckling curves
+// and the web height.
+
+#include "Commands.h"
+#include "Options.h"
+#include "Report.h"
+
+#include <KaMaterial.h>
+#include <SteelDesign/Classification.h>
+#include <SteelDesign/CrossSectionCutter.h>
+#include <SteelDesign/SectionInitializer.h>
+#include <SteelDesign/StressCalculator.h>
+#include <SteelDesign/StressUtil.h>
+
+#include <nlohmann/json.hpp>
+
+#include <cmath>
+#include <cstdio>
+#include <iostream>
+
+namespace cli {
+
+namespace {
+
+struct ClassifyOptions {
+    std::string name;
+    SteelOption steel;
+    ForceOptions forces;
+    bool elastic = false;
+    bool json = false;
+};
+
+struct PlateRow {
+    std::string kind;  // "web" (internal part) or "outstand"
+    double c, t, alpha;
+    kat::Nullable<double> psi;
+    kat::Nullable<int> cls;
+};
+
+// The plates as classification sees them, each with its own class (null when not classified).
+std::vector<PlateRow> plateRows(SDBSection& section, KaConstrSteel& steel, const SteelDesign::Forces& forces,
+                                bool classify)
+{
+    using namespace SteelDesign;
+    CrossSectionCutter cutter;
+    section.accept(&cutter);
+    Classification classification(&steel, forces, false);
+    classification.classify(&section);
+    const StressUtil util(&section, forces);
+    const StressCalculator calc(&section, forces);
+    const bool isAngle = dynamic_cast<SDBSectionL*>(&section) != nullptr;
+    const bool axialOnly = std::fabs(forces.getMy()) < 1e-6 && std::fabs(forces.getMz()) < 1e-6;
+
+    auto row = [&](const PlatePart& part, const char* kind, int cls) {
+        PlateRow r{kind, part.getC(), part.getT(), util.calculateAlfa(part.getFirstPoint(), part.getSecondPoint()), {}, {}};
+        if (calc.calculateNormalStress(part.getFirstPoint()) != 0.0)
+            r.psi = util.calculatePsiWeb(part.getFirstPoint(), part.getSecondPoint());
+        if (classify) r.cls = cls;
+        return r;
+    };
+    std::vector<PlateRow> rows;
+    for (const auto& web : cutter.getWebParts()) rows.push_back(row(*web, "web", classification.classifyWebPart(*web)));
+    for (const auto& flange : cutter.getFlangeParts()) {
+        const int cls = isAngle && axialOnly ? classification.classifyAngleLeg(*flange)
+                                             : classification.classifyFlangePart(*flange);
+        rows.push_back(row(*flange, isAngle ? "leg" : "outstand", cls));
+    }
+    return rows;
+}
+
+void run(const ClassifyOptions& o, CommandResult& result)
+{
+    using namespace SteelDesign;
+    auto section = lookupSection(o.name);
+    KaConstrSteel steel = o.steel.resolve();
+    const Forces forces = o.forces.toForces();
+    const VerificationControl control = o.elastic ? VerificationControl::Elastic : VerificationControl::Classify;
+    const SectionInitializer init(section.get(), &steel, forces, control, false);
+    const double fy = init.getFy();
+    const double epsilon = fy > 0.0 ? std::sqrt(235000.0 / fy) : 0.0;
+    const auto rows = plateRows(*section, steel, forces, !o.elastic);
+
+    if (o.json) {
+        nlohmann::json parts = nlohmann::json::array();
+        for (const PlateRow& r : rows) {
+            parts.push_back({{"kind", r.kind},
+                             {"c", r.c},
+                             {"t", r.t},
+                             {"alpha", r.alpha},
+                             {"psi", r.psi ? nlohmann::json(r.psi.value()) : nlohmann::json(nullptr)},
+                             {"class", r.cls ? nlohmann::json(r.cls.value()) : nlohmann::json(nullptr)}});
+        }
+        nlohmann::json out = {{"section", section->getName()},
+                              {"steel", steel.getName()},
+                              {"class", init.getClass()},
+                              {"fy", fy},
+                              {"epsilon", epsilon},
+                              {"curveY", curveJson(init.getCompressionBucklingCurveAxisY())},
+                              {"curveZ", curveJson(init.getCompressionBucklingCurveAxisZ())},
+                              {"curveLT", curveJson(init.getBendingBucklingCurve())},
+                              {"hw", init.getHw()},
+                              {"parts", parts}};
+        std::cout << out.dump(2) << '\n';
+    } else {
+        std::cout << thicknessWarnings(init.getThicknessVector());
+        std::cout << section->getName() << ", " << steel.getName() << "\n"
+                  << "actions: " << describeForces(forces) << "\n"
+                  << "fy = " << number(fy / 1000.0, 0) << " N/mm2, epsilon = " << number(epsilon, 3) << "\n\n";
+        if (!rows.empty()) {
+            std::cout << "plate        c [mm]   t [mm]     c/t   alpha     psi  class\n";
+            for (const PlateRow& r : rows) {
+                char line[160];
+                std::snprintf(line, sizeof line, "%-9s %9.1f %8.1f %7.2f %7.3f %7s  %5s\n", r.kind.c_str(), r.c * 1000.0, r.t * 1000.0,
+                            r.t != 0.0 ? r.c / r.t : 0.0, r.alpha, r.psi ? number(r.psi.value(), 3).c_str() : "-",
+                            r.cls ? std::to_string(r.cls.value()).c_str() : "-");
+                std::cout << line;
+            }
+            std::cout << '\n';
+        }
+        std::cout << "section class: " << init.getClass()
+                  << (o.elastic ? " (elastic verification: class 3 assumed, not classified)" : "") << "\n"
+                  << "buckling curves (Table 6.2 / 6.4): y-y " << curveText(init.getCompressionBucklingCurveAxisY())
+                  << ", z-z " << curveText(init.getCompressionBucklingCurveAxisZ()) << ", lateral-torsional "
+                  << curveText(init.getBendingBucklingCurve()) << "\n"
+                  << "web height hw = " << number(init.getHw() * 1000.0, 1) << " mm\n";
+    }
+    result.exitCode = exitFulfilled;
+}
+
+} // namespace
+
+void registerClassifyCommand(CLI::App& app, CommandResult& result)
+{
+    auto options = std::make_shared<ClassifyOptions>();
+    CLI::App* sub = app.add_subcommand("classify", "cross-section class to EN 1993-1-1 Table 5.2, plate by plate");
+    sub->add_option("NAME", options->name, "catalogue designation, e.g. \"IPE 300\"")->required();
+    options->steel.addTo(*sub);
+    options->forces.addTo(*sub);
+    sub->add_flag("--elastic", options->elastic, "elastic verification: class 3 without classification");
+    sub->add_flag("--json", options->json, "machine-readable output (SI units: m, kN/m2)");
+    sub->callback([options, &result] { run(*options, result); });
+}
+
+} // namespace cli

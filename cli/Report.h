@@ -1,0 +1,26 @@
+#pragma once
+
+// Formatting shared by the reports of the subcommands.
+
+#include <SteelDesign/BucklingCurve.h>
+#include <SteelDesign/Forces.h>
+#include <SteelDesign/Nullable.h>
+
+#include <nlohmann/json.hpp>
+
+#include <string>
+
+namespace cli {
+
+// value with the given number of decimals.
+std::string number(double value, int decimals);
+// "N = -300 kN, My = 80 kNm, ..." (only the non-zero ones; "none" when all are zero).
+std::string describeForces(const SteelDesign::Forces& forces);
+// The curve letter, or "not set".
+std::string curveText(SteelDesign::BucklingCurve curve);
+// The curve letter, or null when not set.
+nlohmann::json curveJson(SteelDesign::BucklingCurve curve);
+// A present value, or null.
+nlohmann::json nullableJson(const kat::Nullable<double>& value);
+
+} // namespace cli
