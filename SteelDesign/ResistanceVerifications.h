@@ -10,6 +10,7 @@ class SDBSection;
 namespace SteelDesign {
 
 class SectionInitializer;
+struct ResistanceVerificationsTestAccess;
 
 // Verification of the resistance of a cross-section (EN 1993-1-1 6.2) to the design internal forces at
 // one point: normal force (6.2.4), bending (6.2.5, biaxial by 6.2.9(6)), shear (6.2.6), torsion
@@ -55,6 +56,8 @@ public:
     double getGammaM0() const { return gammaM0_; }
 
 private:
+    friend struct ResistanceVerificationsTestAccess;  // the tests reach the factors no check calls
+
     bool isValid(double x) const;
     bool checkSectionType() const;
     double calculateAxial(double area) const;

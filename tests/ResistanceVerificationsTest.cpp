@@ -12,6 +12,20 @@
 using namespace SteelDesign;
 using R = VerificationResults;
 
+namespace SteelDesign {
+// Reaches the two shear reduction factors directly; no check calls the axial-shear-bending one.
+struct ResistanceVerificationsTestAccess {
+    static double shearBending(const ResistanceVerifications& v, double uv)
+    {
+        return v.calculateShearBendingReductionFactor(uv);
+    }
+    static double axialShearBending(const ResistanceVerifications& v, double uv)
+    {
+        return v.calculateAxialShearBendingReductionFactor(uv);
+    }
+};
+} // namespace SteelDesign
+
 namespace {
 
 const double sqrt3 = std::sqrt(3.0);
@@ -312,4 +326,20 @@ TEST(ResistanceVerifications, ShearBendingOfISectionsDividesSignedMy)
     EXPECT_NEAR(c.u(R::ShearBendingZ), -100 / MyVRd, 1e-9);  // negative: My is not made absolute
     // This path does not set RequiredShearBending (the flag belongs to the factor of the other path).
     EXPECT_FALSE(c.results.getRequiredShearBending());
+}
+
+TEST(ResistanceVerifications, ShearReductionThresholdsInclusiveAndStrict)
+{
+    using Access = ResistanceVerificationsTestAccess;
+    auto section = ipe300Full();
+    Check c(section, Forces());
+    // 0.55 counts for bending with shear: 1 - (2 * 0.55 - 1)^2 = 0.99, flag set.
+    EXPECT_NEAR(Access::shearBending(c.verifier, 0.55), 0.99, 1e-12);
+    EXPECT_TRUE(c.results.getRequiredShearBending());
+    // It does not count for bending with shear and normal force (strictly above 0.55).
+    EXPECT_EQ(Access::axialShearBending(c.verifier, 0.55), 1.0);
+    EXPECT_FALSE(c.results.getRequiredAxialShearBending());
+    EXPECT_NEAR(Access::axialShearBending(c.verifier, 0.6), 1.0 - 0.2 * 0.2, 1e-12);
+    EXPECT_TRUE(c.results.getRequiredAxialShearBending());
+    EXPECT_EQ(Access::shearBending(c.verifier, 0.5499), 1.0);
 }
