@@ -4,12 +4,11 @@
 // section under these actions), 2 for bad input.
 
 #include "Commands.h"
+#include "Evaluation.h"
 #include "Options.h"
 #include "Report.h"
 
 #include <KaMaterial.h>
-#include <SteelDesign/ResistanceVerifications.h>
-#include <SteelDesign/SectionInitializer.h>
 
 #include <nlohmann/json.hpp>
 
@@ -68,15 +67,12 @@ void run(const CheckOptions& o, CommandResult& result)
     o.standard.apply();
     if (o.gammaM0 < 0.0) throw InputError("--gamma-m0: must not be negative, got " + number(o.gammaM0, 4));
     const Forces forces = o.forces.toForces();
-    const VerificationControl control = o.elastic ? VerificationControl::Elastic : VerificationControl::Classify;
-
-    SectionInitializer init(section.get(), &steel, forces, control, false);
-    R results;
-    const ResistanceVerifications verifier(results, section.get(), init, o.gammaM0, forces);
-    verifier.verifyAllResistance();
-    const bool allFulfilled = results.verifyAllUtilizations();
+    const CrossSectionOutcome outcome = evaluateCrossSection({section.get(), &steel, forces, o.gammaM0, o.elastic});
+    const SectionInitializer& init = outcome.initializer;
+    const R& results = outcome.results;
+    const bool allFulfilled = outcome.allFulfilled;
     const ErrorCode error = init.getErrorCode();
-    const bool verdict = allFulfilled && error == ErrorCode::NoError;
+    const bool verdict = outcome.verdict;
 
     if (o.json) {
         nlohmann::json utilizations = nlohmann::json::object();
@@ -91,7 +87,7 @@ void run(const CheckOptions& o, CommandResult& result)
             {"steel", steel.getName()},
             {"class", init.getClass()},
             {"fy", init.getFy()},
-            {"gammaM0", verifier.getGammaM0()},
+            {"gammaM0", outcome.gammaM0},
             {"errorCode", static_cast<int>(error)},
             {"utilizations", utilizations},
             {"fulfilled", fulfilled},
@@ -116,7 +112,7 @@ void run(const CheckOptions& o, CommandResult& result)
         std::cout << thicknessWarnings(init.getThicknessVector());
         std::cout << "Cross-section check to EN 1993-1-1 6.2\n"
                   << "section " << section->getName() << ", steel " << steel.getName() << ", fy = "
-                  << number(init.getFy() / 1000.0, 0) << " N/mm2, gammaM0 = " << number(verifier.getGammaM0(), 2)
+                  << number(init.getFy() / 1000.0, 0) << " N/mm2, gammaM0 = " << number(outcome.gammaM0, 2)
                   << "\n"
                   << "actions: " << describeForces(forces) << "\n"
                   << "cross-section class: " << init.getClass() << (o.elastic ? " (elastic verification)" : "")

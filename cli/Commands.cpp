@@ -6,7 +6,7 @@ namespace cli {
 
 std::span<const Registrar> registrars()
 {
-    static const std::array<Registrar, 4> all{registerSectionCommand, registerSectionsCommand, registerClassifyCommand, registerCheckCommand};
+    static const std::array<Registrar, 6> all{registerSectionCommand, registerSectionsCommand, registerClassifyCommand, registerCheckCommand, registerMemberCommand, registerBatchCommand};
     return all;
 }
 

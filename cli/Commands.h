@@ -23,6 +23,12 @@ void registerSectionsCommand(CLI::App& app, CommandResult& result);
 void registerClassifyCommand(CLI::App& app, CommandResult& result);
 void registerCheckCommand(CLI::App& app, CommandResult& result);
 
+// `member NAME --length L ...`: member buckling and shear buckling (MemberCommand.cpp).
+void registerMemberCommand(CLI::App& app, CommandResult& result);
+
+// `batch FILE ...` (BatchCommand.cpp).
+void registerBatchCommand(CLI::App& app, CommandResult& result);
+
 // The subcommands in the order of the help text.
 std::span<const Registrar> registrars();
 

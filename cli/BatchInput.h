@@ -1,0 +1,60 @@
+#pragma once
+
+// The input of `steeldesign batch`: one member and load case per row, from CSV with a header row or
+// from JSON Lines. The column names of the CSV and the keys of the JSON objects are the same:
+//
+//   id, section, steel                         required text
+//   N, My, Mz, Mt, Vy, Vz                      required numbers (kN, kNm; compression negative)
+//   length                                     required number (m): buckling length, 0 = no member check
+//   MyStart, MyMid, MyEnd, diagramY            moment diagram about y (kNm; polygonal | parabolic)
+//   MzStart, MzMid, MzEnd, diagramZ            the same about z
+//   loadPoint                                  center | top | bottom
+//   maxMoment, mcr, cTheta, shearPanel         optional numbers (kNm, kNm, kNm/m, kN)
+//   gammaM0, gammaM1                           optional partial factors (default: the standard's)
+//   rolledMethod, torsionallyDeformable,       optional booleans (true/false, yes/no, 1/0)
+//   cmFloor, elastic
+//
+// An empty cell (or a JSON null) of an optional column takes its default; of a required one it rejects
+// the row. The moment values default to the row's My (Mz) at all three points.
+
+#include <array>
+#include <cstddef>
+#include <istream>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace cli {
+
+struct MemberRow {
+    std::size_t line = 0;  // 1-based line of the input file
+    std::string id, section, steel;
+    double N = 0.0, My = 0.0, Mz = 0.0, Mt = 0.0, Vy = 0.0, Vz = 0.0;
+    double length = 0.0;
+    std::array<double, 3> momentsY{}, momentsZ{};
+    std::string diagramY = "polygonal", diagramZ = "polygonal", loadPoint = "center";
+    std::optional<double> maxMoment, mcr, cTheta, shearPanel, gammaM0, gammaM1;
+    bool rolledMethod = false, torsionallyDeformable = false, cmFloor = false, elastic = false;
+};
+
+// A row that cannot be checked: its line, its id when known, the field and what is wrong.
+struct RowError {
+    std::size_t line = 0;
+    std::string id;
+    std::string field;
+    std::string message;
+};
+
+using BatchRow = std::variant<MemberRow, RowError>;
+
+enum class BatchFormat { Csv, JsonLines };
+
+// The format from the file name (.jsonl / .json / .ndjson: JSON Lines, anything else CSV).
+BatchFormat formatOf(const std::string& fileName);
+
+// Every non-blank line after the CSV header becomes one row, checked or rejected. A file whose header
+// lacks a required column, or that has no header, throws InputError.
+std::vector<BatchRow> readBatch(std::istream& in, BatchFormat format);
+
+} // namespace cli

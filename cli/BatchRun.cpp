@@ -1,0 +1,370 @@
+#include "BatchRun.h"
+
+#include "Evaluation.h"
+
+#include <SectionCatalogue.h>
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <atomic>
+#include <cctype>
+#include <cmath>
+#include <limits>
+#include <chrono>
+#include <cstdio>
+#include <iostream>
+#include <istream>
+#include <mutex>
+#include <thread>
+
+namespace cli {
+
+using namespace SteelDesign;
+
+namespace {
+
+using R = VerificationResults;
+using BT = BucklingResults::UtilizationType;
+
+const R::UtilizationType crossSectionTypes[7] = {R::Axial,        R::Torsion,      R::Bending,          R::Shear,
+                                                 R::AxialBending, R::ShearBending, R::AxialShearBending};
+
+// Sections are looked up once per designation and shared read-only by the worker threads: the checks
+// only read a section.
+class SectionCache {
+public:
+    SDBSection* get(const std::string& name)
+    {
+        const std::string key = SDBCatalogue::normalise(name);
+        std::lock_guard<std::mutex> lock(mutex_);
+        auto it = std::find_if(entries_.begin(), entries_.end(), [&](const auto& e) { return e.first == key; });
+        if (it != entries_.end()) return it->second.get();
+        entries_.emplace_back(key, SDBCatalogue::find(name));
+        return entries_.back().second.get();
+    }
+
+private:
+    std::mutex mutex_;
+    std::vector<std::pair<std::string, std::unique_ptr<SDBSection>>> entries_;
+};
+
+MomentDiagram diagramOf(const std::string& text)
+{
+    return text == "parabolic" ? MomentDiagram::Parabolic : MomentDiagram::Polygonal;
+}
+
+ApplicationPoint loadPointOf(const std::string& text)
+{
+    if (text == "top") return ApplicationPoint::Top;
+    if (text == "bottom") return ApplicationPoint::Bottom;
+    return ApplicationPoint::Center;
+}
+
+// Ranks a utilization; a value that is not a number counts as the largest (it is never fulfilled).
+double rank(double u) { return std::isnan(u) ? std::numeric_limits<double>::infinity() : u; }
+
+// The largest present utilization of the types, or absent.
+kat::Nullable<double> largestOf(const BucklingResults& results, std::initializer_list<BT> types)
+{
+    kat::Nullable<double> largest;
+    for (BT type : types) {
+        const kat::Nullable<double> u = results.getUtilization(type);
+        if (u.hasValue() && (!largest.hasValue() || rank(u.value()) > rank(largest.value()))) largest = u.value();
+    }
+    return largest;
+}
+
+// JSON has no infinity or NaN: such a utilization is written as the string "inf", "-inf" or "nan".
+nlohmann::json utilizationJson(const kat::Nullable<double>& u)
+{
+    if (!u.hasValue()) return nullptr;
+    const double v = u.value();
+    if (std::isnan(v)) return "nan";
+    if (std::isinf(v)) return v > 0 ? "inf" : "-inf";
+    return v;
+}
+
+MomentDistribution memberMoments(const MemberRow& row)
+{
+    return makeMoments(row.momentsY, diagramOf(row.diagramY), row.momentsZ, diagramOf(row.diagramZ), row.maxMoment,
+                       loadPointOf(row.loadPoint), row.mcr.value_or(0.0));
+}
+
+RowResult rejected(std::size_t line, const std::string& id, const std::string& field, const std::string& message)
+{
+    RowResult r;
+    r.line = line;
+    r.id = id;
+    r.rejected = true;
+    r.errorField = field;
+    r.errorMessage = message;
+    return r;
+}
+
+RowResult evaluate(const BatchRow& parsed, SectionCache& sections)
+{
+    if (const auto* error = std::get_if<RowError>(&parsed))
+        return rejected(error->line, error->id, error->field, error->message);
+    const MemberRow& row = std::get<MemberRow>(parsed);
+    SDBSection* section = sections.get(row.section);
+    if (!section) {
+        std::string message = "unknown section '" + row.section + "'";
+        const auto nearest = SDBCatalogue::findNearest(row.section, 3);
+        if (!nearest.empty()) message += " (did you mean '" + nearest.front() + "'?)";
+        return rejected(row.line, row.id, "section", message);
+    }
+    auto steel = KaConstrSteel::fromName(row.steel);
+    if (!steel) return rejected(row.line, row.id, "steel", "unknown steel grade '" + row.steel + "'");
+
+    RowResult r;
+    r.line = row.line;
+    r.id = row.id;
+    r.section = section->getName();
+    r.steel = steel->getName();
+    const Forces forces(row.N, row.My, row.Mz, row.Mt, row.Vy, row.Vz);
+
+    const CrossSectionOutcome cross =
+        evaluateCrossSection({section, &*steel, forces, row.gammaM0.value_or(0.0), row.elastic});
+    r.sectionClass = cross.initializer.getClass();
+    r.errorCode = static_cast<int>(cross.initializer.getErrorCode());
+    for (std::size_t i = 0; i < 7; ++i) r.crossSection[i] = cross.results.getUtilization(crossSectionTypes[i]);
+    r.fulfilled = cross.verdict;
+
+    if (row.length > 0.0) {
+        r.memberChecked = true;
+        MemberRequest request;
+        request.section = section;
+        request.steel = &*steel;
+        request.forces = forces;
+        request.moments = memberMoments(row);
+        request.length = row.length;
+        request.gammaM1 = row.gammaM1.value_or(defaultGammaM1);
+        request.cTheta = row.cTheta.value_or(0.0);
+        request.shearPanel = row.shearPanel.value_or(0.0);
+        request.rolledMethod = row.rolledMethod;
+        request.torsionallyDeformable = row.torsionallyDeformable;
+        request.cmFloor = row.cmFloor;
+        request.elastic = row.elastic;
+        const MemberOutcome member = evaluateMember(request);
+        r.memberErrorCode = static_cast<int>(member.results.getErrorCode());
+        r.shearBucklingErrorCode = static_cast<int>(member.results.getShearBucklingErrorCode());
+        r.member[0] = largestOf(member.results, {BT::CompressionAxisY, BT::CompressionAxisZ, BT::Compression});
+        r.member[1] = largestOf(member.results, {BT::BendingAxisY, BT::BendingAxisZ, BT::Bending});
+        r.member[2] = largestOf(member.results,
+                                {BT::CompressionBendingAxisY, BT::CompressionBendingAxisZ, BT::CompressionBending});
+        r.member[3] = member.results.getUtilizationShearBuckling();
+        r.fulfilled = r.fulfilled && member.verdict;
+    }
+
+    const auto& names = utilizationNames();
+    bool any = false;
+    auto consider = [&](const kat::Nullable<double>& u, const std::string& name) {
+        if (u.hasValue() && (!any || rank(u.value()) > rank(r.governingUtilization))) {
+            any = true;
+            r.governing = name;
+            r.governingUtilization = u.value();
+        }
+    };
+    for (std::size_t i = 0; i < 7; ++i) consider(r.crossSection[i], names[i]);
+    for (std::size_t i = 0; i < 4; ++i) consider(r.member[i], names[7 + i]);
+    return r;
+}
+
+std::string formatNumber(double value)
+{
+    char buffer[40];
+    std::snprintf(buffer, sizeof buffer, "%.6g", value);
+    return buffer;
+}
+
+std::string csvField(const std::string& text)
+{
+    if (text.find_first_of(",\"\n") == std::string::npos) return text;
+    std::string out = "\"";
+    for (char c : text) out += c == '"' ? std::string("\"\"") : std::string(1, c);
+    return out + "\"";
+}
+
+nlohmann::json jsonOf(const RowResult& r)
+{
+    nlohmann::json j;
+    j["id"] = r.id;
+    j["line"] = r.line;
+    if (r.rejected) {
+        j["status"] = "rejected";
+        j["field"] = r.errorField;
+        j["message"] = r.errorMessage;
+        return j;
+    }
+    j["status"] = "checked";
+    j["section"] = r.section;
+    j["steel"] = r.steel;
+    j["class"] = r.sectionClass;
+    j["errorCode"] = r.errorCode;
+    j["memberChecked"] = r.memberChecked;
+    j["memberErrorCode"] = r.memberErrorCode;
+    j["shearBucklingErrorCode"] = r.shearBucklingErrorCode;
+    nlohmann::json u = nlohmann::json::object();
+    const auto& names = utilizationNames();
+    for (std::size_t i = 0; i < 7; ++i) u[names[i]] = utilizationJson(r.crossSection[i]);
+    for (std::size_t i = 0; i < 4; ++i) u[names[7 + i]] = utilizationJson(r.member[i]);
+    j["utilizations"] = u;
+    j["governing"] = r.governing.empty() ? nlohmann::json(nullptr) : nlohmann::json(r.governing);
+    j["governingUtilization"] =
+        r.governing.empty() ? nlohmann::json(nullptr) : utilizationJson(kat::Nullable<double>(r.governingUtilization));
+    j["fulfilled"] = r.fulfilled;
+    return j;
+}
+
+} // namespace
+
+const std::vector<std::string>& utilizationNames()
+{
+    static const std::vector<std::string> names{
+        "Axial",        "Torsion",           "Bending",           "Shear",          "AxialBending",
+        "ShearBending", "AxialShearBending", "memberCompression", "memberBending", "memberCompressionBending",
+        "memberShearBuckling"};
+    return names;
+}
+
+RowResult evaluateRow(const BatchRow& row)
+{
+    SectionCache sections;
+    return evaluate(row, sections);
+}
+
+std::vector<RowResult> runBatch(const std::vector<BatchRow>& rows, unsigned jobs, bool progress)
+{
+    std::vector<RowResult> results(rows.size());
+    SectionCache sections;
+    for (const BatchRow& row : rows)  // look every section up once before the threads start
+        if (const auto* member = std::get_if<MemberRow>(&row)) sections.get(member->section);
+
+    unsigned threads = jobs != 0 ? jobs : std::max(1u, std::thread::hardware_concurrency());
+    threads = static_cast<unsigned>(std::min<std::size_t>(threads, std::max<std::size_t>(rows.size(), 1)));
+    std::atomic<std::size_t> next{0};
+    std::atomic<std::size_t> done{0};
+    constexpr std::size_t chunk = 64;
+    auto worker = [&] {
+        for (;;) {
+            const std::size_t begin = next.fetch_add(chunk);
+            if (begin >= rows.size()) return;
+            const std::size_t end = std::min(rows.size(), begin + chunk);
+            for (std::size_t i = begin; i < end; ++i) results[i] = evaluate(rows[i], sections);
+            done.fetch_add(end - begin);
+        }
+    };
+    std::vector<std::thread> pool;
+    for (unsigned t = 1; t < threads; ++t) pool.emplace_back(worker);
+    std::thread reporter;
+    std::atomic<bool> finished{false};
+    if (progress && rows.size() > 0) {
+        reporter = std::thread([&] {
+            while (!finished.load()) {
+                const std::size_t d = done.load();
+                const int width = 40;
+                const int filled = static_cast<int>(width * d / rows.size());
+                std::fprintf(stderr, "\r[%s%s] %zu / %zu", std::string(filled, '#').c_str(),
+                             std::string(width - filled, ' ').c_str(), d, rows.size());
+                std::fflush(stderr);
+                std::this_thread::sleep_for(std::chrono::milliseconds(100));
+            }
+            std::fprintf(stderr, "\r%*s\r", 60, "");
+        });
+    }
+    worker();
+    for (std::thread& t : pool) t.join();
+    finished = true;
+    if (reporter.joinable()) reporter.join();
+    return results;
+}
+
+void writeResults(std::ostream& out, const std::vector<RowResult>& results, OutputFormat format)
+{
+    const auto& names = utilizationNames();
+    if (format == OutputFormat::JsonLines) {
+        for (const RowResult& r : results) out << jsonOf(r).dump() << '\n';
+        return;
+    }
+    out << "id,line,status,section,steel,class,errorCode,memberErrorCode,shearBucklingErrorCode";
+    for (const std::string& name : names) out << ',' << name;
+    out << ",governing,governingUtilization,fulfilled,field,message\n";
+    for (const RowResult& r : results) {
+        out << csvField(r.id) << ',' << r.line << ',' << (r.rejected ? "rejected" : "checked") << ',';
+        if (r.rejected) {
+            // Empty section .. shearBucklingErrorCode (6), utilizations, governing .. fulfilled (3).
+            for (std::size_t i = 0; i < 6 + names.size() + 3; ++i) out << ',';
+            out << csvField(r.errorField) << ',' << csvField(r.errorMessage) << '\n';
+            continue;
+        }
+        out << csvField(r.section) << ',' << r.steel << ',' << r.sectionClass << ',' << r.errorCode << ','
+            << r.memberErrorCode << ',' << r.shearBucklingErrorCode;
+        for (const auto& u : r.crossSection) out << ',' << (u ? formatNumber(u.value()) : "");
+        for (const auto& u : r.member) out << ',' << (u ? formatNumber(u.value()) : "");
+        out << ',' << r.governing << ',' << (r.governing.empty() ? "" : formatNumber(r.governingUtilization)) << ','
+            << (r.fulfilled ? "true" : "false") << ",,\n";
+    }
+}
+
+std::string summarize(const std::vector<RowResult>& results)
+{
+    std::size_t fulfilled = 0, notFulfilled = 0, rejectedRows = 0;
+    std::vector<const RowResult*> checked;
+    for (const RowResult& r : results) {
+        if (r.rejected) {
+            ++rejectedRows;
+            continue;
+        }
+        (r.fulfilled ? fulfilled : notFulfilled)++;
+        if (!r.governing.empty()) checked.push_back(&r);
+    }
+    const std::size_t top = std::min<std::size_t>(5, checked.size());
+    std::partial_sort(checked.begin(), checked.begin() + top, checked.end(), [](const RowResult* a, const RowResult* b) {
+        if (rank(a->governingUtilization) != rank(b->governingUtilization))
+            return rank(a->governingUtilization) > rank(b->governingUtilization);
+        return a->line < b->line;
+    });
+    std::string out = "rows " + std::to_string(results.size()) + ", fulfilled " + std::to_string(fulfilled) +
+                      ", not fulfilled " + std::to_string(notFulfilled) + ", rejected " + std::to_string(rejectedRows) +
+                      "\n";
+    if (top > 0) out += "highest utilizations:\n";
+    for (std::size_t i = 0; i < top; ++i) {
+        char line[256];
+        std::snprintf(line, sizeof line, "  %-16s %8.3f  %s (%s)\n", checked[i]->id.c_str(),
+                      checked[i]->governingUtilization, checked[i]->governing.c_str(), checked[i]->section.c_str());
+        out += line;
+    }
+    for (const RowResult& r : results)
+        if (r.rejected)
+            out += "rejected: line " + std::to_string(r.line) + (r.id.empty() ? "" : " (" + r.id + ")") +
+                   (r.errorField.empty() ? "" : ", field " + r.errorField) + ": " + r.errorMessage + "\n";
+    return out;
+}
+
+int exitCodeOf(const std::vector<RowResult>& results)
+{
+    bool anyNotFulfilled = false;
+    for (const RowResult& r : results) {
+        if (r.rejected) return 2;
+        if (!r.fulfilled) anyNotFulfilled = true;
+    }
+    return anyNotFulfilled ? 1 : 0;
+}
+
+BatchFormat sniffFormat(std::istream& in)
+{
+    const auto start = in.tellg();
+    char c = 0;
+    BatchFormat format = BatchFormat::Csv;
+    while (in.get(c)) {
+        if (std::isspace(static_cast<unsigned char>(c))) continue;
+        format = c == '{' ? BatchFormat::JsonLines : BatchFormat::Csv;
+        break;
+    }
+    in.clear();
+    in.seekg(start);
+    return format;
+}
+
+} // namespace cli

@@ -1,0 +1,368 @@
+// `steeldesign member NAME --steel GRADE --length L [forces] [--gamma-m1 X] [moment diagram options]
+// [--mode N] [--situation S] [--json]`: the member checks of EN 1993-1-1 6.3 (flexural buckling,
+// lateral-torsional buckling, compression with bending) and shear buckling of the web (EN 1993-1-5 5).
+//
+// Verdict: fulfilled when every utilization the checks produced is at most 1.0. The member check covers
+// compression, bending about y, and compression with bending about y; for other actions (tension with
+// bending, Mz without My) it produces no utilization, and the command then reports that no member check
+// applies and exits 0 (JSON "fulfilled": null). The error code of an I or T section without My (6) is
+// reported but does not fail the verdict: the flexural checks run regardless of it.
+// Exit code 0 fulfilled (or nothing to verify), 1 not fulfilled, 2 bad input.
+
+#include "Commands.h"
+#include "Options.h"
+#include "Report.h"
+
+#include <KaMaterial.h>
+#include <KaMath.h>
+#include <SDBSection.h>
+#include <SteelDesign/BucklingResistance.h>
+
+#include <nlohmann/json.hpp>
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace cli {
+
+namespace {
+
+using namespace SteelDesign;
+using U = BucklingResults::UtilizationType;
+using P = BucklingResults::SectionParts;
+using K = BucklingResults::InteractionFactorkxx;
+
+struct MemberOptions {
+    std::string name;
+    SteelOption steel;
+    ForceOptions forces;
+    StandardOptions standard;
+    double length = 0.0;
+    double gammaM1 = 1.0;
+    std::string momentsY, momentsZ;
+    std::string diagramY = "polygonal", diagramZ = "polygonal";
+    std::optional<double> maxMoment;
+    std::string loadPoint = "center";
+    double mcr = 0.0;
+    double cTheta = 0.0;
+    double shearPanel = 0.0;
+    bool rolledMethod = false;
+    bool torsionallyDeformable = false;
+    bool cmFloor = false;
+    bool json = false;
+};
+
+// "M1,Mm,M2": three finite numbers; empty text gives the uniform moment.
+std::vector<double> parseMoments(const std::string& option, const std::string& text, double uniform)
+{
+    if (text.empty()) return {uniform, uniform, uniform};
+    std::vector<double> values;
+    std::size_t start = 0;
+    while (true) {
+        const std::size_t comma = text.find(',', start);
+        const std::string item = text.substr(start, comma == std::string::npos ? std::string::npos : comma - start);
+        char* end = nullptr;
+        const double value = std::strtod(item.c_str(), &end);
+        if (item.empty() || end == item.c_str() || *end != '\0' || !std::isfinite(value))
+            throw InputError(option + ": expected three numbers M1,Mm,M2 in kNm, got '" + text + "'");
+        values.push_back(value);
+        if (comma == std::string::npos) break;
+        start = comma + 1;
+    }
+    if (values.size() != 3)
+        throw InputError(option + ": expected three numbers M1,Mm,M2 in kNm, got '" + text + "'");
+    return values;
+}
+
+MomentDiagram parseDiagram(const std::string& option, const std::string& text)
+{
+    if (text == "polygonal") return MomentDiagram::Polygonal;
+    if (text == "parabolic") return MomentDiagram::Parabolic;
+    throw InputError(option + ": unknown moment diagram '" + text + "' (polygonal, parabolic)");
+}
+
+ApplicationPoint parseLoadPoint(const std::string& text)
+{
+    if (text == "center") return ApplicationPoint::Center;
+    if (text == "top") return ApplicationPoint::Top;
+    if (text == "bottom") return ApplicationPoint::Bottom;
+    throw InputError("--load-point: unknown load application point '" + text + "' (center, top, bottom)");
+}
+
+void requireNonNegative(const char* option, double value)
+{
+    if (value < 0.0) throw InputError(std::string(option) + ": must not be negative, got " + number(value, 4));
+}
+
+nlohmann::json finiteOrNull(double value) { return std::isfinite(value) ? nlohmann::json(value) : nlohmann::json(nullptr); }
+
+std::string valueText(const kat::Nullable<double>& v, int decimals)
+{
+    if (!v.hasValue()) return "-";
+    if (std::isinf(v.value())) return v.value() > 0 ? "inf" : "-inf";
+    if (std::isnan(v.value())) return "nan";
+    return number(v.value(), decimals);
+}
+
+constexpr U allTypes[] = {U::CompressionAxisY,        U::CompressionAxisZ,        U::Compression,
+                          U::BendingAxisY,            U::BendingAxisZ,            U::Bending,
+                          U::CompressionBendingAxisY, U::CompressionBendingAxisZ, U::CompressionBending};
+
+const char* describe(U type)
+{
+    switch (type) {
+    case U::CompressionAxisY: return "flexural buckling about y, 6.3.1";
+    case U::CompressionAxisZ: return "flexural buckling about z, 6.3.1";
+    case U::Compression: return "flexural buckling, governing";
+    case U::BendingAxisY: return "lateral-torsional buckling, 6.3.2";
+    case U::BendingAxisZ: return "Mz over the major-axis Mb,Rd";
+    case U::Bending: return "lateral-torsional buckling, governing";
+    case U::CompressionBendingAxisY: return "compression and bending, (6.61)";
+    case U::CompressionBendingAxisZ: return "compression and bending, (6.62)";
+    case U::CompressionBending: return "compression and bending, governing";
+    }
+    return "";
+}
+
+void run(const MemberOptions& o, CommandResult& result)
+{
+    // Everything from outside is validated before anything is computed or printed.
+    auto section = lookupSection(o.name);
+    KaConstrSteel steel = o.steel.resolve();
+    o.standard.apply();
+    requireNonNegative("--length", o.length);
+    if (!(o.gammaM1 > 0.0)) throw InputError("--gamma-m1: must be positive, got " + number(o.gammaM1, 4));
+    requireNonNegative("--mcr", o.mcr);
+    requireNonNegative("--c-theta", o.cTheta);
+    requireNonNegative("--shear-panel", o.shearPanel);
+    const Forces forces = o.forces.toForces();
+    const std::vector<double> valuesY = parseMoments("--moments-y", o.momentsY, forces.getMy());
+    const std::vector<double> valuesZ = parseMoments("--moments-z", o.momentsZ, forces.getMz());
+    const MomentDiagram diagramY = parseDiagram("--diagram-y", o.diagramY);
+    const MomentDiagram diagramZ = parseDiagram("--diagram-z", o.diagramZ);
+    const ApplicationPoint loadPoint = parseLoadPoint(o.loadPoint);
+    double maxMoment = 0.0;
+    for (double v : valuesY) maxMoment = std::max(maxMoment, std::fabs(v));
+    if (o.maxMoment) maxMoment = *o.maxMoment;
+
+    const SectionInitializer init(section.get(), &steel, forces, VerificationControl::Classify, o.rolledMethod);
+    BucklingResults r;
+    const MomentDistribution moments(valuesY, diagramY, valuesZ, diagramZ, maxMoment, loadPoint, o.mcr);
+    const BucklingResistance member(r, section.get(), init, forces, moments, o.gammaM1, o.length, o.cTheta,
+                                    o.shearPanel, o.torsionallyDeformable, o.cmFloor);
+    member.verifyAllResistance();
+    member.verifyShearBuckling();
+
+    bool any = false, fulfilled = true;
+    for (U type : allTypes) {
+        if (!r.getUtilization(type).hasValue()) continue;
+        any = true;
+        fulfilled = fulfilled && r.isFulfilled(type);
+    }
+    if (const auto u = r.getUtilizationShearBuckling()) {
+        any = true;
+        fulfilled = fulfilled && r.isVerified(u.value());
+    }
+    const bool flexural = r.getChi(Axis::y).hasValue();
+    const bool lateralTorsional = r.getBucklingCurveBending().hasValue();
+    const bool interaction = r.getUtilization(U::CompressionBendingAxisY).hasValue();
+    const bool shearChecked = r.getShearBucklingErrorCode() == ErrorCode::NoError;
+    const double fy = init.getFy();
+    const double tw = init.getThicknessVector().empty() ? 0.0 : init.getThicknessVector()[0];
+    const double hwtw = tw > 0.0 ? init.getHw() / tw : 0.0;
+    const double eta = KaMath::isFuzzyGreater(fy, 460000.0, 1e-6) ? 1.0 : 1.2;
+    const double limit = fy > 0.0 ? 72.0 * std::sqrt(235.0 / (fy / 1000.0)) / eta : 0.0;
+
+    if (o.json) {
+        auto axes = [](double y, double z) { return nlohmann::json{{"y", finiteOrNull(y)}, {"z", finiteOrNull(z)}}; };
+        auto nullAxes = nlohmann::json{{"y", nullptr}, {"z", nullptr}};
+        auto opt = [](const kat::Nullable<double>& v) {
+            return v.hasValue() ? finiteOrNull(v.value()) : nlohmann::json(nullptr);
+        };
+        nlohmann::json utilizations = nlohmann::json::object();
+        for (U type : allTypes) utilizations[toString(type)] = opt(r.getUtilization(type));
+        nlohmann::json out = {
+            {"section", section->getName()},
+            {"steel", steel.getName()},
+            {"fy", fy},
+            {"length", o.length},
+            {"gammaM1", o.gammaM1},
+            {"class", r.getClass()},
+            {"errorCode", static_cast<int>(r.getErrorCode())},
+            {"shearBucklingErrorCode", static_cast<int>(r.getShearBucklingErrorCode())},
+            {"utilizations", utilizations},
+            {"fulfilled", any ? nlohmann::json(fulfilled) : nlohmann::json(nullptr)},
+            {"Ncr", flexural ? axes(r.getNcr(Axis::y), r.getNcr(Axis::z)) : nullAxes},
+            {"lambda", flexural ? axes(r.getLambda(Axis::y), r.getLambda(Axis::z)) : nullAxes},
+            {"chi", {{"y", opt(r.getChi(Axis::y))}, {"z", opt(r.getChi(Axis::z))}}},
+            {"curve",
+             {{"y", flexural ? curveJson(r.getBucklingCurveCompression(Axis::y).value()) : nlohmann::json(nullptr)},
+              {"z", flexural ? curveJson(r.getBucklingCurveCompression(Axis::z).value()) : nlohmann::json(nullptr)}}},
+            {"NRk", flexural ? finiteOrNull(r.getNRk()) : nlohmann::json(nullptr)},
+            {"NbRd",
+             {{"y", opt(r.getBucklingResistance(U::CompressionAxisY))},
+              {"z", opt(r.getBucklingResistance(U::CompressionAxisZ))}}},
+            {"lambdaW", opt(r.getLambdaW())},
+            {"chiW", opt(r.getChiW())},
+            {"VbRd", {{"Web", opt(r.getVbRd(P::Web))}, {"Flange", opt(r.getVbRd(P::Flange))}, {"Total", opt(r.getVbRd(P::Total))}}},
+            {"utilizationShearBuckling", opt(r.getUtilizationShearBuckling())},
+            {"Mcr", lateralTorsional ? finiteOrNull(r.getCriticalMoment()) : nlohmann::json(nullptr)},
+            {"zp", lateralTorsional ? finiteOrNull(r.getZp()) : nlohmann::json(nullptr)},
+            {"lambdaLT", lateralTorsional ? finiteOrNull(r.getLambdaLT()) : nlohmann::json(nullptr)},
+            {"lambdaLT0", r.getChiLT().hasValue() ? finiteOrNull(r.getLambdaLT0()) : nlohmann::json(nullptr)},
+            {"beta", r.getChiLT().hasValue() ? finiteOrNull(r.getBeta()) : nlohmann::json(nullptr)},
+            {"curveLT", lateralTorsional ? curveJson(r.getBucklingCurveBending().value()) : nlohmann::json(nullptr)},
+            {"chiLT", opt(r.getChiLT())},
+            {"chiLTmod", opt(r.getChiLTmod())},
+            {"correctionFactor", opt(r.getCorrectionFactor())},
+            {"reduceFactor", opt(r.getReduceFactor())},
+            {"MbRd", opt(r.getBucklingResistance(U::Bending))},
+            {"Cm", interaction ? axes(r.getCm(Axis::y), r.getCm(Axis::z)) : nullAxes},
+            {"k",
+             interaction ? nlohmann::json{{"kyy", r.getInteractionFactor(K::kyy)},
+                                          {"kzz", r.getInteractionFactor(K::kzz)},
+                                          {"kyz", r.getInteractionFactor(K::kyz)},
+                                          {"kzy", r.getInteractionFactor(K::kzy)}}
+                         : nlohmann::json{{"kyy", nullptr}, {"kzz", nullptr}, {"kyz", nullptr}, {"kzy", nullptr}}},
+        };
+        std::cout << out.dump(2) << '\n';
+    } else {
+        auto line = [](const std::string& name, const std::string& value, const char* unit) {
+            std::cout << "  " << name << std::string(name.size() < 12 ? 12 - name.size() : 1, ' ') << value
+                      << (*unit ? " " : "") << unit << '\n';
+        };
+        std::cout << thicknessWarnings(init.getThicknessVector());
+        std::cout << "Member check to EN 1993-1-1 6.3 and EN 1993-1-5 5\n"
+                  << "section " << section->getName() << ", steel " << steel.getName() << ", fy = "
+                  << number(fy / 1000.0, 0) << " N/mm2, gammaM1 = " << number(o.gammaM1, 2)
+                  << ", buckling length L = " << number(o.length, 3) << " m\n"
+                  << "actions: " << describeForces(forces) << "\n"
+                  << "cross-section class: " << r.getClass() << "\n";
+        if (flexural) {
+            std::cout << "\nflexural buckling (6.3.1)\n";
+            line("NRk", number(r.getNRk(), 2), "kN");
+            for (Axis a : {Axis::y, Axis::z}) {
+                const std::string s = a == Axis::y ? "y" : "z";
+                const U type = a == Axis::y ? U::CompressionAxisY : U::CompressionAxisZ;
+                std::cout << "  about " << s << ": Ncr = " << number(r.getNcr(a), 2)
+                          << " kN, lambda = " << number(r.getLambda(a), 4)
+                          << ", curve " << curveText(r.getBucklingCurveCompression(a).value())
+                          << ", chi = " << valueText(r.getChi(a), 4)
+                          << ", Nb,Rd = " << valueText(r.getBucklingResistance(type), 2)
+                          << " kN, utilization " << valueText(r.getUtilization(type), 3) << "\n";
+            }
+        }
+        if (lateralTorsional) {
+            std::cout << "\nlateral-torsional buckling (6.3.2)\n";
+            line("Mcr", number(r.getCriticalMoment(), 2), "kNm");
+            line("zp", number(r.getZp() * 1000.0, 1), "mm");
+            line("lambdaLT", number(r.getLambdaLT(), 4), "");
+            line("curve", curveText(r.getBucklingCurveBending().value()), "");
+            if (r.getChiLT().hasValue()) {
+                line("lambdaLT,0", number(r.getLambdaLT0(), 2), "");
+                line("beta", number(r.getBeta(), 2), "");
+                line("chiLT", valueText(r.getChiLT(), 4), "");
+                line("kc", valueText(r.getCorrectionFactor(), 4), "");
+                line("f", valueText(r.getReduceFactor(), 4), "");
+                line("chiLT,mod", valueText(r.getChiLTmod(), 4), "");
+            } else {
+                line("chiLT", "general case (6.56), not stored", "");
+            }
+            line("Mb,Rd", valueText(r.getBucklingResistance(U::Bending), 2), "kNm");
+        }
+        if (interaction) {
+            std::cout << "\ncompression and bending ((6.61), (6.62), Annex B)\n";
+            line("Cm,y", number(r.getCm(Axis::y), 3), "");
+            line("Cm,z", number(r.getCm(Axis::z), 3), "");
+            line("kyy", number(r.getInteractionFactor(K::kyy), 4), "");
+            line("kyz", number(r.getInteractionFactor(K::kyz), 4), "");
+            line("kzy", number(r.getInteractionFactor(K::kzy), 4), "");
+            line("kzz", number(r.getInteractionFactor(K::kzz), 4), "");
+            line("(6.61)", valueText(r.getUtilization(U::CompressionBendingAxisY), 3), "");
+            line("(6.62)", valueText(r.getUtilization(U::CompressionBendingAxisZ), 3), "");
+            if (!r.getChiLTmod().hasValue())
+                std::cout << "  note: (6.61) needs chiLT,mod of the method for rolled sections (6.3.2.3); use "
+                             "--rolled-method or --mode RolledLTB\n";
+        }
+        std::cout << "\nshear buckling of the web (EN 1993-1-5 5)\n";
+        line("hw/tw", number(hwtw, 1) + " against 72 eps / eta = " + number(limit, 1), "");
+        if (!shearChecked) {
+            std::cout << "  not required\n";
+        } else {
+            line("lambdaW", valueText(r.getLambdaW(), 4), "");
+            line("chiW", valueText(r.getChiW(), 4), "");
+            line("Vbw,Rd", valueText(r.getVbRd(P::Web), 2), "kN");
+            line("Vbf,Rd", valueText(r.getVbRd(P::Flange), 2), "kN");
+            line("Vb,Rd", valueText(r.getVbRd(P::Total), 2), "kN");
+            line("utilization", valueText(r.getUtilizationShearBuckling(), 3), "");
+        }
+
+        std::cout << "\nutilizations\n";
+        for (U type : allTypes) {
+            const auto u = r.getUtilization(type);
+            if (!u.hasValue()) continue;
+            char buffer[160];
+            std::snprintf(buffer, sizeof buffer, "  %-24s %8s  %-13s %s\n", toString(type), valueText(u, 3).c_str(),
+                          r.isFulfilled(type) ? "fulfilled" : "NOT FULFILLED", describe(type));
+            std::cout << buffer;
+        }
+        if (r.getErrorCode() != ErrorCode::NoError)
+            std::cout << "error code " << static_cast<int>(r.getErrorCode()) << ": "
+                      << SteelDesign::describe(r.getErrorCode()) << " (the flexural checks run regardless)\n";
+        if (!any)
+            std::cout << "verdict: no member check applies to these actions (the member check covers compression, "
+                         "bending about y and both together)\n";
+        else
+            std::cout << "verdict: " << (fulfilled ? "FULFILLED" : "NOT FULFILLED") << "\n";
+    }
+    result.exitCode = !any || fulfilled ? exitFulfilled : exitNotFulfilled;
+}
+
+} // namespace
+
+void registerMemberCommand(CLI::App& app, CommandResult& result)
+{
+    auto options = std::make_shared<MemberOptions>();
+    CLI::App* sub = app.add_subcommand(
+        "member", "member buckling to EN 1993-1-1 6.3 and shear buckling to EN 1993-1-5 (exit 0 fulfilled, 1 not)");
+    sub->add_option("NAME", options->name, "catalogue designation, e.g. \"HEB 200\"")->required();
+    options->steel.addTo(*sub);
+    sub->add_option("--length", options->length, "buckling length L in m (about y, about z and lateral-torsional)")
+        ->required()
+        ->check(finiteNumber());
+    options->forces.addTo(*sub);
+    sub->add_option("--gamma-m1", options->gammaM1, "partial factor gammaM1")->capture_default_str()->check(finiteNumber());
+    sub->add_option("--moments-y", options->momentsY,
+                    "moments about y at start, middle and end, \"M1,Mm,M2\" in kNm (default: My all along)");
+    sub->add_option("--diagram-y", options->diagramY, "shape of the y diagram: polygonal or parabolic")
+        ->capture_default_str();
+    sub->add_option("--moments-z", options->momentsZ, "moments about z, \"M1,Mm,M2\" in kNm (default: Mz all along)");
+    sub->add_option("--diagram-z", options->diagramZ, "shape of the z diagram: polygonal or parabolic")
+        ->capture_default_str();
+    sub->add_option("--max-moment", options->maxMoment,
+                    "largest moment along the member in kNm (default: the largest of the y moments)")
+        ->check(finiteNumber());
+    sub->add_option("--load-point", options->loadPoint, "load application point: center, top or bottom")
+        ->capture_default_str();
+    sub->add_option("--mcr", options->mcr, "elastic critical moment Mcr in kNm (default: computed)")
+        ->check(finiteNumber());
+    sub->add_option("--c-theta", options->cTheta, "rotational restraint C_theta (default: none)")->check(finiteNumber());
+    sub->add_option("--shear-panel", options->shearPanel, "shear-panel stiffness S (default: none)")
+        ->check(finiteNumber());
+    sub->add_flag("--rolled-method", options->rolledMethod,
+                  "lateral-torsional buckling of rolled and equivalent welded sections (6.3.2.3)");
+    sub->add_flag("--torsionally-deformable", options->torsionallyDeformable,
+                  "interaction factors of Table B.2 (members susceptible to torsional deformations)");
+    sub->add_flag("--cm-floor", options->cmFloor, "equivalent moment factors Cm of at least 0.9");
+    options->standard.addTo(*sub);
+    sub->add_flag("--json", options->json, "machine-readable output (SI units: m, kN, kNm, kN/m2)");
+    sub->callback([options, &result] { run(*options, result); });
+}
+
+} // namespace cli
