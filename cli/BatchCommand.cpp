@@ -24,10 +24,12 @@ struct BatchOptions {
     std::string out;
     std::string format = "jsonl";
     unsigned jobs = 0;
+    StandardOptions standard;
 };
 
 void run(const BatchOptions& o, CommandResult& result)
 {
+    o.standard.apply();
     std::ifstream in(o.file, std::ios::binary);
     if (!in) throw InputError("batch: cannot read the file '" + o.file + "'");
     const std::vector<BatchRow> rows = readBatch(in, sniffFormat(in));
@@ -76,6 +78,7 @@ void registerBatchCommand(CLI::App& app, CommandResult& result)
         ->check(CLI::IsMember({"jsonl", "csv"}))
         ->capture_default_str();
     sub->add_option("--jobs", options->jobs, "worker threads (default: every core)")->check(CLI::Range(1u, 256u));
+    options->standard.addTo(*sub);
     sub->callback([options, &result] { run(*options, result); });
 }
 

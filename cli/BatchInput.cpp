@@ -166,6 +166,8 @@ BatchRow parseRow(const Cells& cells, std::size_t line)
         row.gammaM1 = r.number("gammaM1");
         for (const char* field : {"gammaM0", "gammaM1"})
             if (auto g = r.number(field); g && *g <= 0.0) r.fail(field, "must be positive");
+        for (const char* field : {"mcr", "cTheta", "shearPanel"})
+            if (auto v = r.number(field); v && *v < 0.0) r.fail(field, "must not be negative");
         row.rolledMethod = r.flag("rolledMethod");
         row.torsionallyDeformable = r.flag("torsionallyDeformable");
         row.cmFloor = r.flag("cmFloor");

@@ -10,6 +10,7 @@
 // Exit code 0 fulfilled (or nothing to verify), 1 not fulfilled, 2 bad input.
 
 #include "Commands.h"
+#include "Evaluation.h"
 #include "Options.h"
 #include "Report.h"
 
@@ -151,13 +152,21 @@ void run(const MemberOptions& o, CommandResult& result)
     for (double v : valuesY) maxMoment = std::max(maxMoment, std::fabs(v));
     if (o.maxMoment) maxMoment = *o.maxMoment;
 
-    const SectionInitializer init(section.get(), &steel, forces, VerificationControl::Classify, o.rolledMethod);
-    BucklingResults r;
-    const MomentDistribution moments(valuesY, diagramY, valuesZ, diagramZ, maxMoment, loadPoint, o.mcr);
-    const BucklingResistance member(r, section.get(), init, forces, moments, o.gammaM1, o.length, o.cTheta,
-                                    o.shearPanel, o.torsionallyDeformable, o.cmFloor);
-    member.verifyAllResistance();
-    member.verifyShearBuckling();
+    MemberRequest request;
+    request.section = section.get();
+    request.steel = &steel;
+    request.forces = forces;
+    request.moments = MomentDistribution(valuesY, diagramY, valuesZ, diagramZ, maxMoment, loadPoint, o.mcr);
+    request.length = o.length;
+    request.gammaM1 = o.gammaM1;
+    request.cTheta = o.cTheta;
+    request.shearPanel = o.shearPanel;
+    request.rolledMethod = o.rolledMethod;
+    request.torsionallyDeformable = o.torsionallyDeformable;
+    request.cmFloor = o.cmFloor;
+    const MemberOutcome outcome = evaluateMember(request);  // the same evaluation as `batch`
+    const SectionInitializer& init = outcome.initializer;
+    const BucklingResults& r = outcome.results;
 
     bool any = false, fulfilled = true;
     for (U type : allTypes) {

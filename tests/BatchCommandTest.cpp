@@ -183,3 +183,42 @@ TEST(BatchCommand, OutFileAndExitCodeOfTheExample)
     EXPECT_EQ(notFulfilled, 2);
     std::remove(out.c_str());
 }
+
+TEST(BatchCommand, RowsEqualTheMemberCommand)
+{
+    const auto rows = jsonLines(runSteeldesign("batch " + example, false).output);
+    std::ifstream in(example);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(in, line);) lines.push_back(line);
+    // Columns: id,section,steel,N,My,Mz,Mt,Vy,Vz,length,MyStart,MyMid,MyEnd,diagramY,loadPoint,rolledMethod,cmFloor
+    int compared = 0;
+    for (const auto& row : rows) {
+        std::vector<std::string> f;
+        std::stringstream ss(lines[row["line"].get<std::size_t>() - 1]);
+        for (std::string cell; std::getline(ss, cell, ',');) f.push_back(cell);
+        ASSERT_EQ(f.size(), 17u);
+        std::string args = "member \"" + f[1] + "\" --steel " + f[2] + " --N=" + f[3] + " --My=" + f[4] + " --Mz=" +
+                           f[5] + " --Mt=" + f[6] + " --Vy=" + f[7] + " --Vz=" + f[8] + " --length " + f[9] +
+                           " --moments-y=" + f[10] + "," + f[11] + "," + f[12] + " --diagram-y " + f[13] +
+                           " --load-point " + f[14] + (f[15] == "true" ? " --rolled-method" : "") +
+                           (f[16] == "true" ? " --cm-floor" : "") + " --json";
+        const auto member = nlohmann::json::parse(runSteeldesign(args, false).output);
+        const auto& u = member["utilizations"];
+        // The batch reports the largest of each group; the member command every entry.
+        auto largest = [&](std::initializer_list<const char*> names) {
+            nlohmann::json best = nullptr;
+            for (const char* n : names)
+                if (!u[n].is_null() && (best.is_null() || u[n].get<double>() > best.get<double>())) best = u[n];
+            return best;
+        };
+        const auto& b = row["utilizations"];
+        EXPECT_EQ(b["memberCompression"], largest({"CompressionAxisY", "CompressionAxisZ", "Compression"})) << row["id"];
+        EXPECT_EQ(b["memberBending"], largest({"BendingAxisY", "BendingAxisZ", "Bending"})) << row["id"];
+        EXPECT_EQ(b["memberCompressionBending"],
+                  largest({"CompressionBendingAxisY", "CompressionBendingAxisZ", "CompressionBending"}))
+            << row["id"];
+        EXPECT_EQ(b["memberShearBuckling"], member["utilizationShearBuckling"]) << row["id"];
+        ++compared;
+    }
+    EXPECT_EQ(compared, 47);
+}
