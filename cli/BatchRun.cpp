@@ -117,36 +117,46 @@ RowResult evaluate(const BatchRow& parsed, SectionCache& sections)
     auto steel = KaConstrSteel::fromName(row.steel);
     if (!steel) return rejected(row.line, row.id, "steel", "unknown steel grade '" + row.steel + "'");
 
-    RowResult r;
+    const Forces forces(row.N, row.My, row.Mz, row.Mt, row.Vy, row.Vz);
+    const CrossSectionRequest cross{section, &*steel, forces, row.gammaM0.value_or(0.0), row.elastic};
+    MemberRequest member;
+    if (row.length > 0.0) {
+        member.section = section;
+        member.steel = &*steel;
+        member.forces = forces;
+        member.moments = memberMoments(row);
+        member.length = row.length;
+        member.gammaM1 = row.gammaM1.value_or(defaultGammaM1);
+        member.cTheta = row.cTheta.value_or(0.0);
+        member.shearPanel = row.shearPanel.value_or(0.0);
+        member.rolledMethod = row.rolledMethod;
+        member.torsionallyDeformable = row.torsionallyDeformable;
+        member.cmFloor = row.cmFloor;
+        member.elastic = row.elastic;
+    }
+    RowResult r = evaluateChecks(cross, row.length > 0.0 ? &member : nullptr);
     r.line = row.line;
     r.id = row.id;
-    r.section = section->getName();
-    r.steel = steel->getName();
-    const Forces forces(row.N, row.My, row.Mz, row.Mt, row.Vy, row.Vz);
+    return r;
+}
 
-    const CrossSectionOutcome cross =
-        evaluateCrossSection({section, &*steel, forces, row.gammaM0.value_or(0.0), row.elastic});
+} // namespace
+
+RowResult evaluateChecks(const CrossSectionRequest& crossRequest, const MemberRequest* memberRequest)
+{
+    RowResult r;
+    r.section = crossRequest.section->getName();
+    r.steel = crossRequest.steel->getName();
+
+    const CrossSectionOutcome cross = evaluateCrossSection(crossRequest);
     r.sectionClass = cross.initializer.getClass();
     r.errorCode = static_cast<int>(cross.initializer.getErrorCode());
     for (std::size_t i = 0; i < 7; ++i) r.crossSection[i] = cross.results.getUtilization(crossSectionTypes[i]);
     r.fulfilled = cross.verdict;
 
-    if (row.length > 0.0) {
+    if (memberRequest) {
         r.memberChecked = true;
-        MemberRequest request;
-        request.section = section;
-        request.steel = &*steel;
-        request.forces = forces;
-        request.moments = memberMoments(row);
-        request.length = row.length;
-        request.gammaM1 = row.gammaM1.value_or(defaultGammaM1);
-        request.cTheta = row.cTheta.value_or(0.0);
-        request.shearPanel = row.shearPanel.value_or(0.0);
-        request.rolledMethod = row.rolledMethod;
-        request.torsionallyDeformable = row.torsionallyDeformable;
-        request.cmFloor = row.cmFloor;
-        request.elastic = row.elastic;
-        const MemberOutcome member = evaluateMember(request);
+        const MemberOutcome member = evaluateMember(*memberRequest);
         r.memberErrorCode = static_cast<int>(member.results.getErrorCode());
         r.shearBucklingErrorCode = static_cast<int>(member.results.getShearBucklingErrorCode());
         r.member[0] = largestOf(member.results, {BT::CompressionAxisY, BT::CompressionAxisZ, BT::Compression});
@@ -171,6 +181,8 @@ RowResult evaluate(const BatchRow& parsed, SectionCache& sections)
     return r;
 }
 
+namespace {
+
 std::string formatNumber(double value)
 {
     char buffer[40];
@@ -186,7 +198,7 @@ std::string csvField(const std::string& text)
     return out + "\"";
 }
 
-nlohmann::json jsonOf(const RowResult& r)
+nlohmann::json jsonOfRow(const RowResult& r)
 {
     nlohmann::json j;
     j["id"] = r.id;
@@ -218,6 +230,8 @@ nlohmann::json jsonOf(const RowResult& r)
 }
 
 } // namespace
+
+nlohmann::json resultJson(const RowResult& r) { return jsonOfRow(r); }
 
 const std::vector<std::string>& utilizationNames()
 {
@@ -284,7 +298,7 @@ void writeResults(std::ostream& out, const std::vector<RowResult>& results, Outp
 {
     const auto& names = utilizationNames();
     if (format == OutputFormat::JsonLines) {
-        for (const RowResult& r : results) out << jsonOf(r).dump() << '\n';
+        for (const RowResult& r : results) out << jsonOfRow(r).dump() << '\n';
         return;
     }
     out << "id,line,status,section,steel,class,errorCode,memberErrorCode,shearBucklingErrorCode";

@@ -4,8 +4,11 @@
 // as JSON Lines or CSV, and the summary.
 
 #include "BatchInput.h"
+#include "Evaluation.h"
 
 #include <SteelDesign/Nullable.h>
+
+#include <nlohmann/json.hpp>
 
 #include <array>
 #include <iosfwd>
@@ -36,6 +39,13 @@ struct RowResult {
 
 // The names of the utilization columns, in the order of RowResult::crossSection then member.
 const std::vector<std::string>& utilizationNames();
+
+// The cross-section check and, when a member request is given, the member checks of one member: the
+// utilizations, the governing one and the verdict (line and id left empty).
+RowResult evaluateChecks(const CrossSectionRequest& cross, const MemberRequest* member);
+
+// The JSON object of one result, as `batch` writes it.
+nlohmann::json resultJson(const RowResult& result);
 
 // Evaluates one parsed row (a RowError gives a rejected result). Sections and steels are looked up here.
 RowResult evaluateRow(const BatchRow& row);

@@ -6,7 +6,7 @@ namespace cli {
 
 std::span<const Registrar> registrars()
 {
-    static const std::array<Registrar, 6> all{registerSectionCommand, registerSectionsCommand, registerClassifyCommand, registerCheckCommand, registerMemberCommand, registerBatchCommand};
+    static const std::array<Registrar, 7> all{registerSectionCommand, registerSectionsCommand, registerClassifyCommand, registerCheckCommand, registerMemberCommand, registerBatchCommand, registerSelectCommand};
     return all;
 }
 

@@ -29,6 +29,9 @@ void registerMemberCommand(CLI::App& app, CommandResult& result);
 // `batch FILE ...` (BatchCommand.cpp).
 void registerBatchCommand(CLI::App& app, CommandResult& result);
 
+// `select --family F ...` (SelectCommand.cpp).
+void registerSelectCommand(CLI::App& app, CommandResult& result);
+
 // The subcommands in the order of the help text.
 std::span<const Registrar> registrars();
 

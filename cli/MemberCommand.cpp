@@ -11,6 +11,7 @@
 
 #include "Commands.h"
 #include "Evaluation.h"
+#include "MemberOptions.h"
 #include "Options.h"
 #include "Report.h"
 
@@ -39,67 +40,12 @@ using U = BucklingResults::UtilizationType;
 using P = BucklingResults::SectionParts;
 using K = BucklingResults::InteractionFactorkxx;
 
-struct MemberOptions {
+struct MemberCommandOptions {
     std::string name;
     SteelOption steel;
-    ForceOptions forces;
-    StandardOptions standard;
-    double length = 0.0;
-    double gammaM1 = 1.0;
-    std::string momentsY, momentsZ;
-    std::string diagramY = "polygonal", diagramZ = "polygonal";
-    std::optional<double> maxMoment;
-    std::string loadPoint = "center";
-    double mcr = 0.0;
-    double cTheta = 0.0;
-    double shearPanel = 0.0;
-    bool rolledMethod = false;
-    bool torsionallyDeformable = false;
-    bool cmFloor = false;
+    MemberOptions member;
     bool json = false;
 };
-
-// "M1,Mm,M2": three finite numbers; empty text gives the uniform moment.
-std::vector<double> parseMoments(const std::string& option, const std::string& text, double uniform)
-{
-    if (text.empty()) return {uniform, uniform, uniform};
-    std::vector<double> values;
-    std::size_t start = 0;
-    while (true) {
-        const std::size_t comma = text.find(',', start);
-        const std::string item = text.substr(start, comma == std::string::npos ? std::string::npos : comma - start);
-        char* end = nullptr;
-        const double value = std::strtod(item.c_str(), &end);
-        if (item.empty() || end == item.c_str() || *end != '\0' || !std::isfinite(value))
-            throw InputError(option + ": expected three numbers M1,Mm,M2 in kNm, got '" + text + "'");
-        values.push_back(value);
-        if (comma == std::string::npos) break;
-        start = comma + 1;
-    }
-    if (values.size() != 3)
-        throw InputError(option + ": expected three numbers M1,Mm,M2 in kNm, got '" + text + "'");
-    return values;
-}
-
-MomentDiagram parseDiagram(const std::string& option, const std::string& text)
-{
-    if (text == "polygonal") return MomentDiagram::Polygonal;
-    if (text == "parabolic") return MomentDiagram::Parabolic;
-    throw InputError(option + ": unknown moment diagram '" + text + "' (polygonal, parabolic)");
-}
-
-ApplicationPoint parseLoadPoint(const std::string& text)
-{
-    if (text == "center") return ApplicationPoint::Center;
-    if (text == "top") return ApplicationPoint::Top;
-    if (text == "bottom") return ApplicationPoint::Bottom;
-    throw InputError("--load-point: unknown load application point '" + text + "' (center, top, bottom)");
-}
-
-void requireNonNegative(const char* option, double value)
-{
-    if (value < 0.0) throw InputError(std::string(option) + ": must not be negative, got " + number(value, 4));
-}
 
 nlohmann::json finiteOrNull(double value) { return std::isfinite(value) ? nlohmann::json(value) : nlohmann::json(nullptr); }
 
@@ -131,39 +77,14 @@ const char* describe(U type)
     return "";
 }
 
-void run(const MemberOptions& o, CommandResult& result)
+void run(const MemberCommandOptions& options, CommandResult& result)
 {
     // Everything from outside is validated before anything is computed or printed.
-    auto section = lookupSection(o.name);
-    KaConstrSteel steel = o.steel.resolve();
-    o.standard.apply();
-    requireNonNegative("--length", o.length);
-    if (!(o.gammaM1 > 0.0)) throw InputError("--gamma-m1: must be positive, got " + number(o.gammaM1, 4));
-    requireNonNegative("--mcr", o.mcr);
-    requireNonNegative("--c-theta", o.cTheta);
-    requireNonNegative("--shear-panel", o.shearPanel);
-    const Forces forces = o.forces.toForces();
-    const std::vector<double> valuesY = parseMoments("--moments-y", o.momentsY, forces.getMy());
-    const std::vector<double> valuesZ = parseMoments("--moments-z", o.momentsZ, forces.getMz());
-    const MomentDiagram diagramY = parseDiagram("--diagram-y", o.diagramY);
-    const MomentDiagram diagramZ = parseDiagram("--diagram-z", o.diagramZ);
-    const ApplicationPoint loadPoint = parseLoadPoint(o.loadPoint);
-    double maxMoment = 0.0;
-    for (double v : valuesY) maxMoment = std::max(maxMoment, std::fabs(v));
-    if (o.maxMoment) maxMoment = *o.maxMoment;
-
-    MemberRequest request;
-    request.section = section.get();
-    request.steel = &steel;
-    request.forces = forces;
-    request.moments = MomentDistribution(valuesY, diagramY, valuesZ, diagramZ, maxMoment, loadPoint, o.mcr);
-    request.length = o.length;
-    request.gammaM1 = o.gammaM1;
-    request.cTheta = o.cTheta;
-    request.shearPanel = o.shearPanel;
-    request.rolledMethod = o.rolledMethod;
-    request.torsionallyDeformable = o.torsionallyDeformable;
-    request.cmFloor = o.cmFloor;
+    auto section = lookupSection(options.name);
+    KaConstrSteel steel = options.steel.resolve();
+    const MemberOptions& o = options.member;
+    const MemberRequest request = o.toRequest(section.get(), &steel);
+    const Forces& forces = request.forces;
     const MemberOutcome outcome = evaluateMember(request);  // the same evaluation as `batch`
     const SectionInitializer& init = outcome.initializer;
     const BucklingResults& r = outcome.results;
@@ -188,7 +109,7 @@ void run(const MemberOptions& o, CommandResult& result)
     const double eta = KaMath::isFuzzyGreater(fy, 460000.0, 1e-6) ? 1.0 : 1.2;
     const double limit = fy > 0.0 ? 72.0 * std::sqrt(235.0 / (fy / 1000.0)) / eta : 0.0;
 
-    if (o.json) {
+    if (options.json) {
         auto axes = [](double y, double z) { return nlohmann::json{{"y", finiteOrNull(y)}, {"z", finiteOrNull(z)}}; };
         auto nullAxes = nlohmann::json{{"y", nullptr}, {"z", nullptr}};
         auto opt = [](const kat::Nullable<double>& v) {
@@ -337,39 +258,12 @@ void run(const MemberOptions& o, CommandResult& result)
 
 void registerMemberCommand(CLI::App& app, CommandResult& result)
 {
-    auto options = std::make_shared<MemberOptions>();
+    auto options = std::make_shared<MemberCommandOptions>();
     CLI::App* sub = app.add_subcommand(
         "member", "member buckling to EN 1993-1-1 6.3 and shear buckling to EN 1993-1-5 (exit 0 fulfilled, 1 not)");
     sub->add_option("NAME", options->name, "catalogue designation, e.g. \"HEB 200\"")->required();
     options->steel.addTo(*sub);
-    sub->add_option("--length", options->length, "buckling length L in m (about y, about z and lateral-torsional)")
-        ->required()
-        ->check(finiteNumber());
-    options->forces.addTo(*sub);
-    sub->add_option("--gamma-m1", options->gammaM1, "partial factor gammaM1")->capture_default_str()->check(finiteNumber());
-    sub->add_option("--moments-y", options->momentsY,
-                    "moments about y at start, middle and end, \"M1,Mm,M2\" in kNm (default: My all along)");
-    sub->add_option("--diagram-y", options->diagramY, "shape of the y diagram: polygonal or parabolic")
-        ->capture_default_str();
-    sub->add_option("--moments-z", options->momentsZ, "moments about z, \"M1,Mm,M2\" in kNm (default: Mz all along)");
-    sub->add_option("--diagram-z", options->diagramZ, "shape of the z diagram: polygonal or parabolic")
-        ->capture_default_str();
-    sub->add_option("--max-moment", options->maxMoment,
-                    "largest moment along the member in kNm (default: the largest of the y moments)")
-        ->check(finiteNumber());
-    sub->add_option("--load-point", options->loadPoint, "load application point: center, top or bottom")
-        ->capture_default_str();
-    sub->add_option("--mcr", options->mcr, "elastic critical moment Mcr in kNm (default: computed)")
-        ->check(finiteNumber());
-    sub->add_option("--c-theta", options->cTheta, "rotational restraint C_theta (default: none)")->check(finiteNumber());
-    sub->add_option("--shear-panel", options->shearPanel, "shear-panel stiffness S (default: none)")
-        ->check(finiteNumber());
-    sub->add_flag("--rolled-method", options->rolledMethod,
-                  "lateral-torsional buckling of rolled and equivalent welded sections (6.3.2.3)");
-    sub->add_flag("--torsionally-deformable", options->torsionallyDeformable,
-                  "interaction factors of Table B.2 (members susceptible to torsional deformations)");
-    sub->add_flag("--cm-floor", options->cmFloor, "equivalent moment factors Cm of at least 0.9");
-    options->standard.addTo(*sub);
+    options->member.addTo(*sub, true);
     sub->add_flag("--json", options->json, "machine-readable output (SI units: m, kN, kNm, kN/m2)");
     sub->callback([options, &result] { run(*options, result); });
 }
