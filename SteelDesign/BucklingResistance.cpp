@@ -28,8 +28,9 @@ BucklingResistance::BucklingResistance(BucklingResults& results, SDBSection* sec
       sectionInitializer_(initializer), gammaM1_(gammaM1), columnLength_(columnLength), C_theta_(C_theta), S_(S),
       cmFloor_(cmFloor), torsionallyDeformable_(torsionallyDeformable)
 {
-    const std::string& type = sectionInitializer_.getSectionType();
-    if (type == SDBKey::I || type == SDBKey::T)
+    using Kind = SectionInitializer::SectionKind;
+    const Kind type = sectionInitializer_.getSectionKind();
+    if (type == Kind::I || type == Kind::T)
         results_->setErrorCode(KaMath::isFuzzyZero(forces_.getMy(), forceTolerance) ? ErrorCode::NotSupported
                                                                                     : ErrorCode::NoError);
     else

@@ -13,6 +13,9 @@
 #include <KaStandard.h>
 #include <KaVector3D.h>
 
+#include <array>
+#include <cstddef>
+
 class SDBSection;
 struct BucklingResistanceTestAccess;  // the tests' window on the private steps
 
@@ -60,6 +63,8 @@ namespace SteelDesign {
 //    fewer than three values per axis reads the missing ones as 0 instead of reading out of range.
 //  - A division whose divisor is exactly zero and whose result the rules keep (the MyRd of (6.61), a
 //    class-4 MzRd, CmLT = 0.25) gives +-infinity, or NaN for 0 / 0, without a floating-point trap.
+//  - Shear buckling: a section with one plate thickness (hollow sections, angles) takes it for the
+//    flanges too, a section with none (an unhandled kind) reads 0.
 //  - Shear buckling: a web thickness that is fuzzy zero makes the check "not required" (code 7); an
 //    Mf,Rd or a length c of EN 1993-1-5 (5.8) that is fuzzy zero gives Vbf,Rd = 0 (the flanges'
 //    contribution neglected, EN 1993-1-5 5.4(1)).
@@ -131,6 +136,9 @@ private:
     double calculateNormalStress(const KaVector3D& point) const;
 
     // Shear buckling.
+    // The initializer's plate thickness of the index (0 the web, 1 the flanges); beyond the last
+    // thickness the last one (hollow sections and angles have one), 0 when there is none.
+    double thicknessAt(std::size_t index) const;
     double calculateLambdaW() const;
     double calculateChiW() const;
     // eps = sqrt(235 / fy[N/mm2]) and eta of EN 1993-1-5 5.1(2) (1.2 up to fy = 460 N/mm2, 1.0 above).
@@ -139,10 +147,44 @@ private:
     // chiW of EN 1993-1-5 Table 5.1, non-rigid end post.
     static double chiWFor(double lambdaW, double eta);
 
+    // The copy of the moment distribution that the checks read: the start, middle and end values per
+    // axis (a value missing in the distribution reads 0, as through MomentDistribution::getMomentWert)
+    // with the diagrams, the application point, the largest moment and Mcr, held in place so that
+    // building a verifier allocates nothing.
+    class MomentValues {
+    public:
+        MomentValues() = default;
+        explicit MomentValues(const MomentDistribution& moments)
+            : diagramY_(moments.getMomentDiagram(Axis::y)), diagramZ_(moments.getMomentDiagram(Axis::z)),
+              applicationPoint_(moments.getApplicationPoint()), maxMomentValue_(moments.getMaxMomentValue()),
+              mcr_(moments.getMcr())
+        {
+            for (std::size_t i = 0; i < 3; ++i) {
+                y_[i] = moments.getMomentWert(Axis::y, i);
+                z_[i] = moments.getMomentWert(Axis::z, i);
+            }
+        }
+        // index 0 start, 1 middle, 2 end; y for Axis::y, z for any other value.
+        double getMomentWert(Axis axis, std::size_t index) const { return axis == Axis::y ? y_[index] : z_[index]; }
+        MomentDiagram getMomentDiagram(Axis axis) const { return axis == Axis::y ? diagramY_ : diagramZ_; }
+        ApplicationPoint getApplicationPoint() const { return applicationPoint_; }
+        double getMaxMomentValue() const { return maxMomentValue_; }
+        double getMcr() const { return mcr_; }
+
+    private:
+        std::array<double, 3> y_{};
+        std::array<double, 3> z_{};
+        MomentDiagram diagramY_ = MomentDiagram::Polygonal;
+        MomentDiagram diagramZ_ = MomentDiagram::Polygonal;
+        ApplicationPoint applicationPoint_ = ApplicationPoint::Center;
+        double maxMomentValue_ = 0.0;
+        double mcr_ = 0.0;
+    };
+
     BucklingResults* results_;  // borrowed; a pointer so that the verifier stays assignable
     SDBSection* section_;
     Forces forces_;
-    MomentDistribution momentDistribution_;
+    MomentValues momentDistribution_;
     SectionInitializer sectionInitializer_;
     double gammaM1_;
     double columnLength_;

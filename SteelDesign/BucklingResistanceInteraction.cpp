@@ -98,7 +98,7 @@ void BucklingResistance::calculateInteractionFactors() const
     const double lambdaZ = r.getLambda(Axis::z);
     const double ny = r.getUtilization(U::CompressionAxisY).valueOr(0.0);
     const double nz = r.getUtilization(U::CompressionAxisZ).valueOr(0.0);
-    const bool sectionI = sectionInitializer_.getSectionType() == SDBKey::I;
+    const bool sectionI = sectionInitializer_.getSectionKind() == SectionInitializer::SectionKind::I;
     const bool noMz = std::fabs(forces_.getMz()) < tol;
     const bool elastic = sectionInitializer_.getClass() >= 3;
 

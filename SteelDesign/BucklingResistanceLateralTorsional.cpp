@@ -25,7 +25,8 @@ struct MomentsY {
     double d;    // Mm - avg: what a transverse load adds at mid-span to the line between the end moments
 };
 
-MomentsY momentsY(const MomentDistribution& distribution)
+template <class Distribution>
+MomentsY momentsY(const Distribution& distribution)
 {
     MomentsY m{distribution.getMomentWert(Axis::y, 0), distribution.getMomentWert(Axis::y, 1),
                distribution.getMomentWert(Axis::y, 2), 0.0, 0.0};

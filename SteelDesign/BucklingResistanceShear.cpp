@@ -17,6 +17,16 @@ using P = BucklingResults::SectionParts;
 const double sqrt3 = std::sqrt(3.0);
 } // namespace
 
+// Element 0 is the web thickness, element 1 the flange thickness. A section with one plate thickness
+// (hollow sections, angles) has flanges of that same thickness; a section without any (a kind the
+// initializer does not handle) reads 0, so that its web counts as not slender.
+double BucklingResistance::thicknessAt(std::size_t index) const
+{
+    const std::span<const double> thicknesses = sectionInitializer_.getThicknesses();
+    if (thicknesses.empty()) return 0.0;
+    return index < thicknesses.size() ? thicknesses[index] : thicknesses.back();
+}
+
 double BucklingResistance::calculateEpsilon(double fy) { return std::sqrt(235.0 / (fy / 1000.0)); }
 
 double BucklingResistance::calculateEta(double fy) { return KaMath::isFuzzyGreater(fy, 460000.0, 1e-6) ? 1.0 : 1.2; }
@@ -30,7 +40,7 @@ double BucklingResistance::chiWFor(double lambdaW, double eta)
 void BucklingResistance::verifyShearBuckling() const
 {
     const double fy = sectionInitializer_.getFy();
-    const double tw = sectionInitializer_.getThicknessVector().at(0);
+    const double tw = thicknessAt(0);
     const double hw = sectionInitializer_.getHw();
     const double eta = calculateEta(fy);
     const double eps = calculateEpsilon(fy);
@@ -49,7 +59,7 @@ void BucklingResistance::verifyShearBuckling() const
 double BucklingResistance::calculateLambdaW() const
 {
     // 5.3(3), transverse stiffeners at the supports only: lambdaW = hw / (86.4 t eps).
-    const double tw = sectionInitializer_.getThicknessVector().at(0);
+    const double tw = thicknessAt(0);
     const double eps = calculateEpsilon(sectionInitializer_.getFy());
     const double lambdaW = isValid(tw * eps) ? sectionInitializer_.getHw() / (86.4 * tw * eps) : 0.0;
     results_->setLambdaW(lambdaW);
@@ -67,7 +77,7 @@ double BucklingResistance::calculateVbwRd() const
 {
     // (5.2): Vbw,Rd = chiW fyw hw t / (sqrt(3) gammaM1).
     const double chiW = calculateChiW();
-    const double tw = sectionInitializer_.getThicknessVector().at(0);
+    const double tw = thicknessAt(0);
     const double VbwRd = chiW * sectionInitializer_.getFy() * sectionInitializer_.getHw() * tw / (sqrt3 * gammaM1_);
     results_->setVbRd(P::Web, VbwRd);
     return VbwRd;
@@ -77,9 +87,8 @@ double BucklingResistance::calculateVbfRd() const
 {
     // 5.4(1): Vbf,Rd = bf tf^2 fyf (1 - (MEd / Mf,Rd)^2) / (c gammaM1),
     // c = a (0.25 + 1.6 bf tf^2 fyf / (t hw^2 fyw)), with a = min(3 hw, L) (no intermediate stiffeners).
-    const std::vector<double> thicknesses = sectionInitializer_.getThicknessVector();
-    const double tw = thicknesses.at(0);
-    const double tf = thicknesses.at(1);
+    const double tw = thicknessAt(0);
+    const double tf = thicknessAt(1);
     const double fy = sectionInitializer_.getFy();
     const double hw = sectionInitializer_.getHw();
     const double bf = 0.5 * (section_->getFlangeWidth1() + section_->getFlangeWidth2());
@@ -106,7 +115,7 @@ double BucklingResistance::calculateVbRd() const
     // (5.1): Vb,Rd = Vbw,Rd + Vbf,Rd <= eta fyw hw t / (sqrt(3) gammaM1).
     const double sum = calculateVbwRd() + calculateVbfRd();
     const double fy = sectionInitializer_.getFy();
-    const double tw = sectionInitializer_.getThicknessVector().at(0);
+    const double tw = thicknessAt(0);
     const double limit = calculateEta(fy) * fy * sectionInitializer_.getHw() * tw / (sqrt3 * gammaM1_);
     const double VbRd = sum > limit ? limit : sum;
     results_->setVbRd(P::Total, VbRd);

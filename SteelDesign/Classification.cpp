@@ -1,10 +1,10 @@
 #include "Classification.h"
 
 #include "CrossSectionCutter.h"
-#include "StressCalculator.h"
 #include "StressUtil.h"
 
 #include <KaMaterial.h>
+#include <KaMath.h>
 #include <SDBSection.h>
 
 #include <algorithm>
@@ -17,6 +17,53 @@ namespace {
 constexpr double tol = 1e-6;
 
 double epsilonOf(double fy) { return std::fabs(fy) < tol ? 1.0 : std::sqrt(235000.0 / fy); }
+
+// StressCalculator::calculateNormalStress for many points of one section under one set of forces: the
+// section properties are read and the quotients N / A, My / Iy and Mz / Iz formed once, and every point
+// then costs two products, with the same operations in the same order (so the same values).
+class NormalStressField {
+public:
+    NormalStressField(const SDBSection& section, const Forces& forces)
+    {
+        const double A = section.getA();
+        const double Iy = section.getIy();
+        const double Iz = section.getIz();
+        // StressCalculator::isValid: usable as a divisor.
+        auto usable = [](double x) { return !KaMath::isFuzzyZero(x, KaMath::getEpsMin()); };
+        valid_ = usable(A) && usable(Iy) && usable(Iz);
+        if (valid_) {
+            nA_ = forces.getN() / A;
+            myIy_ = forces.getMy() / Iy;
+            mzIz_ = forces.getMz() / Iz;
+        }
+    }
+
+    double at(const KaVector3D& p) const { return valid_ ? nA_ + myIy_ * p.getZ() - mzIz_ * p.getY() : 0.0; }
+
+private:
+    bool valid_ = false;
+    double nA_ = 0.0, myIy_ = 0.0, mzIz_ = 0.0;
+};
+
+// Buckling factor k_sigma of an outstand, EN 1993-1-5 Table 4.2, from the stresses s1 at the supported
+// and s2 at the free edge, in this library's order of tests: whenever the supported edge is compressed
+// the first row applies, also when the free edge is more compressed (psi > 1).
+double kSigmaOf(double s1, double s2)
+{
+    if (!(s2 >= tol && std::fabs(s1) - tol <= std::fabs(s2))) {
+        if (s1 < -tol) {
+            const double psi = s2 / s1;
+            return 0.57 - 0.21 * psi + 0.07 * psi * psi;
+        }
+    }
+    if (s1 >= tol && std::fabs(s2) <= std::fabs(s1) + tol) return 0.0;
+    if (s2 < -tol) {
+        const double psi = s1 / s2;
+        if (-tol <= psi && psi < 1.000001) return 0.578 / (psi + 0.34);
+        if (-1.000001 <= psi && psi < -tol) return 1.7 - 5.0 * psi + 17.1 * psi * psi;
+    }
+    return 0.0;
+}
 
 } // namespace
 
@@ -47,36 +94,54 @@ void Classification::classifySection(SDBSection* section)
         sectionClass_ = std::max(flangeClass, webClass);
 }
 
+// The stresses at the plates' end points are evaluated once per point and shared by the tests of the
+// plate (compressed fraction, largest compression, stress type, k_sigma, psi).
 int Classification::classifyFlanges(const std::vector<std::unique_ptr<FlangePart>>& parts) const
 {
+    if (parts.empty()) return 0;
+    const NormalStressField field(*section_, forces_);
     int worst = 0;
-    for (const auto& part : parts) worst = std::max(worst, classifyFlangePart(*part));
+    for (const auto& part : parts)
+        worst = std::max(worst, classifyFlange(*part, field.at(part->getFirstPoint()), field.at(part->getSecondPoint())));
     return worst;
 }
 
 int Classification::classifyWebs(const std::vector<std::unique_ptr<WebPart>>& parts) const
 {
+    if (parts.empty()) return 0;
+    const NormalStressField field(*section_, forces_);
     int worst = 0;
-    for (const auto& part : parts) worst = std::max(worst, classifyWebPart(*part));
+    for (const auto& part : parts)
+        worst = std::max(worst, classifyWeb(*part, field.at(part->getFirstPoint()), field.at(part->getSecondPoint())));
     return worst;
 }
 
-// Outstand flanges, EN 1993-1-1 Table 5.2 sheet 2.
 int Classification::classifyFlangePart(const FlangePart& part) const
 {
-    const KaVector3D& first = part.getFirstPoint();
-    const KaVector3D& second = part.getSecondPoint();
+    const NormalStressField field(*section_, forces_);
+    return classifyFlange(part, field.at(part.getFirstPoint()), field.at(part.getSecondPoint()));
+}
+
+int Classification::classifyWebPart(const WebPart& part) const
+{
+    const NormalStressField field(*section_, forces_);
+    return classifyWeb(part, field.at(part.getFirstPoint()), field.at(part.getSecondPoint()));
+}
+
+// Outstand flanges, EN 1993-1-1 Table 5.2 sheet 2; s1 and s2 are the normal stresses at the supported
+// (first) and the free (second) edge.
+int Classification::classifyFlange(const FlangePart& part, double s1, double s2) const
+{
     const double t = part.getT();
     const double fy = findFy(t);
     const double epsilon = epsilonOf(fy);
 
-    const StressUtil util(section_, forces_);
-    double alpha = util.calculateAlfa(first, second);
-    const kat::Nullable<double> sigma = util.calculateMaxCompressive(first, second);
-    if (util.findNormalStressType(second) == NormalStressType::Tension && alpha > tol) alpha *= std::sqrt(alpha);
+    double alpha = StressUtil::alfaOf(s1, s2);
+    const kat::Nullable<double> sigma = StressUtil::maxCompressiveOf(s1, s2);
+    if (StressUtil::normalStressTypeOf(s2) == NormalStressType::Tension && alpha > tol) alpha *= std::sqrt(alpha);
 
     if (alpha <= tol) return 1;  // no compression
-    const double kSigma = calculateKSigma(first, second);
+    const double kSigma = kSigmaOf(s1, s2);
     const double root = kSigma >= -tol ? std::sqrt(std::max(kSigma, 0.0)) : 0.0;
     if (std::fabs(t) < tol) return 0;
     const double ratio = part.getC() / t;
@@ -102,44 +167,18 @@ int Classification::classifyFlangePart(const FlangePart& part) const
     return cls;
 }
 
-// Buckling factor k_sigma of an outstand, EN 1993-1-5 Table 4.2, in this library's order of tests:
-// whenever the supported edge is compressed the first row applies, also when the free edge is more
-// compressed (psi > 1).
-double Classification::calculateKSigma(const KaVector3D& first, const KaVector3D& second) const
+// Internal compression parts, EN 1993-1-1 Table 5.2 sheet 1; s1 and s2 are the normal stresses at the
+// first and the second end point.
+int Classification::classifyWeb(const WebPart& part, double s1, double s2) const
 {
-    const StressCalculator calc(section_, forces_);
-    const double s1 = calc.calculateNormalStress(first);
-    const double s2 = calc.calculateNormalStress(second);
-
-    if (!(s2 >= tol && std::fabs(s1) - tol <= std::fabs(s2))) {
-        if (s1 < -tol) {
-            const double psi = s2 / s1;
-            return 0.57 - 0.21 * psi + 0.07 * psi * psi;
-        }
-    }
-    if (s1 >= tol && std::fabs(s2) <= std::fabs(s1) + tol) return 0.0;
-    if (s2 < -tol) {
-        const double psi = s1 / s2;
-        if (-tol <= psi && psi < 1.000001) return 0.578 / (psi + 0.34);
-        if (-1.000001 <= psi && psi < -tol) return 1.7 - 5.0 * psi + 17.1 * psi * psi;
-    }
-    return 0.0;
-}
-
-// Internal compression parts, EN 1993-1-1 Table 5.2 sheet 1.
-int Classification::classifyWebPart(const WebPart& part) const
-{
-    const KaVector3D& first = part.getFirstPoint();
-    const KaVector3D& second = part.getSecondPoint();
     const double t = part.getT();
     const double fy = findFy(t);
-    const StressUtil util(section_, forces_);
-    const double alpha = util.calculateAlfa(first, second);
+    const double alpha = StressUtil::alfaOf(s1, s2);
     if (std::fabs(t) < tol) return 0;
 
     const double ratio = part.getC() / t;
-    const double psi = util.calculatePsiWeb(first, second);
-    const kat::Nullable<double> sigma = util.calculateMaxCompressive(first, second);
+    const double psi = s2 / s1;  // StressUtil::calculatePsiWeb
+    const kat::Nullable<double> sigma = StressUtil::maxCompressiveOf(s1, s2);
     const double epsilon = std::sqrt(235000.0 / fy);
 
     if (alpha <= tol) return 1;

@@ -76,9 +76,10 @@ private:
     void classifySectionL(SDBSection* section);
     int classifySectionO(SDBSectionO* section);
     int classifyWelded(double flangeWidth, double t, double limit2, double limit3);
+    int classifyFlange(const FlangePart& part, double s1, double s2) const;
+    int classifyWeb(const WebPart& part, double s1, double s2) const;
     int classifyFlanges(const std::vector<std::unique_ptr<FlangePart>>& parts) const;
     int classifyWebs(const std::vector<std::unique_ptr<WebPart>>& parts) const;
-    double calculateKSigma(const KaVector3D& first, const KaVector3D& second) const;
     double findFy(double t) const;
     bool isBucklingResistance() const { return isBucklingResistance_; }
 

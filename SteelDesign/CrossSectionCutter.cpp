@@ -6,6 +6,9 @@ namespace SteelDesign {
 
 CrossSectionCutter::~CrossSectionCutter() = default;
 
+// Each visit reserves room for the plates of its kind first, so that the two vectors grow once per cut
+// rather than once per plate.
+
 void CrossSectionCutter::addFlange(double y1, double z1, double y2, double z2, double c, double t)
 {
     flangeParts_.push_back(std::make_unique<FlangePart>(KaVector3D(0.0, y1, z1), KaVector3D(0.0, y2, z2), c, t));
@@ -19,6 +22,8 @@ void CrossSectionCutter::addWeb(double y1, double z1, double y2, double z2, doub
 // Web, then the top flange's right and left outstands, then the bottom flange's.
 int CrossSectionCutter::visit(SDBSectionI* section)
 {
+    webParts_.reserve(webParts_.size() + 1);
+    flangeParts_.reserve(flangeParts_.size() + 4);
     const double h = section->getH(), s = section->getS(), r = section->getR1();
     const double b1 = section->getB();
     const double b2 = section->getB2Set() ? section->getB2() : b1;
@@ -37,6 +42,7 @@ int CrossSectionCutter::visit(SDBSectionI* section)
 // Two flange outstands and the stem, which is an outstand too.
 int CrossSectionCutter::visit(SDBSectionT* section)
 {
+    flangeParts_.reserve(flangeParts_.size() + 3);
     const double h = section->getH(), b = section->getB(), s = section->getS(), t = section->getT();
     const double r = section->getR1();
     const double zt = section->getEz();
@@ -49,6 +55,8 @@ int CrossSectionCutter::visit(SDBSectionT* section)
 
 int CrossSectionCutter::visit(SDBSectionU* section)
 {
+    webParts_.reserve(webParts_.size() + 1);
+    flangeParts_.reserve(flangeParts_.size() + 2);
     const double h = section->getH(), b = section->getB(), s = section->getS(), t = section->getT();
     const double r = section->getR1();
     const double e = -section->getEy();
@@ -61,6 +69,8 @@ int CrossSectionCutter::visit(SDBSectionU* section)
 
 int CrossSectionCutter::visit(SDBSectionZ* section)
 {
+    webParts_.reserve(webParts_.size() + 1);
+    flangeParts_.reserve(flangeParts_.size() + 2);
     const double h = section->getH(), b = section->getB(), s = section->getS(), t = section->getT();
     const double r = section->getR1();
     const double zs = h / 2.0 + section->getEz();
@@ -74,6 +84,7 @@ int CrossSectionCutter::visit(SDBSectionZ* section)
 // Both legs are outstands of thickness s.
 int CrossSectionCutter::visit(SDBSectionL* section)
 {
+    flangeParts_.reserve(flangeParts_.size() + 2);
     const double h = section->getH(), b = section->getB(), s = section->getS(), r = section->getR1();
     const double e = -section->getEy();
     const double f = -section->getEz();
@@ -86,6 +97,7 @@ int CrossSectionCutter::visit(SDBSectionL* section)
 // Four walls, all internal plates of thickness t; widths and points as this library defines them.
 int CrossSectionCutter::visit(SDBSectionRH* section)
 {
+    webParts_.reserve(webParts_.size() + 4);
     const double h = section->getH(), b = section->getB(), t = section->getT(), r = section->getR1();
     const double w = b / 2.0 - t - r;
 
@@ -99,6 +111,8 @@ int CrossSectionCutter::visit(SDBSectionRH* section)
 // Flanges and web are internal plates, the lips outstands; all of thickness t.
 int CrossSectionCutter::visit(SDBSectionC* section)
 {
+    webParts_.reserve(webParts_.size() + 3);
+    flangeParts_.reserve(flangeParts_.size() + 2);
     const double h = section->getH(), b = section->getB(), t = section->getT(), C = section->getC();
     const double e = -section->getEy();
 

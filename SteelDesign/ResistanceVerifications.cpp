@@ -14,6 +14,11 @@ namespace SteelDesign {
 namespace {
 const double sqrt3 = std::sqrt(3.0);
 using UT = VerificationResults::UtilizationType;
+using Kind = SectionInitializer::SectionKind;
+
+// std::pow(x, e), without the call for e = 1 (the exponent of every kind but I, O and RH, and the beta of
+// an I section for n <= 0.2), where std::pow returns x itself.
+double power(double x, double e) { return e == 1.0 ? x : std::pow(x, e); }
 } // namespace
 
 ResistanceVerifications::ResistanceVerifications(VerificationResults& results, SDBSection* section,
@@ -25,19 +30,17 @@ ResistanceVerifications::ResistanceVerifications(VerificationResults& results, S
         const KaStandard* standard = KaStandard::get();
         gammaM0_ = Standard::Coefficients::get()->getGammaA(standard->getMode(), standard->getSituation());
     }
-    const std::string& type = initializer_.getSectionType();
-    if ((type == SDBKey::O || type == SDBKey::RH) && forces_.getN() != 0.0)
+    const Kind type = initializer_.getSectionKind();
+    if ((type == Kind::O || type == Kind::RH) && forces_.getN() != 0.0)
         initializer_.setErrorCode(ErrorCode::NotSupported);
     else
         initializer_.setErrorCode(ErrorCode::NoError);
 }
 
-bool ResistanceVerifications::isValid(double x) const { return !KaMath::isFuzzyZero(x, KaMath::getEpsMin()); }
-
 bool ResistanceVerifications::checkSectionType() const
 {
-    const std::string& type = initializer_.getSectionType();
-    return type == SDBKey::I || type == SDBKey::O || type == SDBKey::R || type == SDBKey::RH;
+    const Kind type = initializer_.getSectionKind();
+    return type == Kind::I || type == Kind::O || type == Kind::R || type == Kind::RH;
 }
 
 bool ResistanceVerifications::isPlasticClass() const
@@ -132,11 +135,11 @@ double ResistanceVerifications::exponentRH(double n) const
 
 double ResistanceVerifications::findAlpha(double n) const
 {
-    const std::string& type = initializer_.getSectionType();
+    const Kind type = initializer_.getSectionKind();
     double alpha = 1.0;
-    if (type == SDBKey::I || type == SDBKey::O)
+    if (type == Kind::I || type == Kind::O)
         alpha = 2.0;
-    else if (type == SDBKey::RH)
+    else if (type == Kind::RH)
         alpha = exponentRH(n);
     results_.setAlpha(alpha);
     return alpha;
@@ -144,13 +147,13 @@ double ResistanceVerifications::findAlpha(double n) const
 
 double ResistanceVerifications::findBeta(double n) const
 {
-    const std::string& type = initializer_.getSectionType();
+    const Kind type = initializer_.getSectionKind();
     double beta = 1.0;
-    if (type == SDBKey::I)
+    if (type == Kind::I)
         beta = std::max(5.0 * n, 1.0);
-    else if (type == SDBKey::O)
+    else if (type == Kind::O)
         beta = 2.0;
-    else if (type == SDBKey::RH)
+    else if (type == Kind::RH)
         beta = exponentRH(n);
     results_.setBeta(beta);
     return beta;
@@ -164,7 +167,7 @@ void ResistanceVerifications::verifyBendingResistance() const
     if (isBothAxesBending(uy, uz)) {
         const double alpha = findAlpha(0.0);
         const double beta = findBeta(0.0);
-        results_.setUtilization(UT::Bending, std::pow(uy, alpha) + std::pow(uz, beta));
+        results_.setUtilization(UT::Bending, power(uy, alpha) + power(uz, beta));
     } else {
         results_.setUtilization(UT::Bending, isValid(uy) ? uy : uz);
     }
@@ -245,6 +248,20 @@ void ResistanceVerifications::verifyTorsionResistance() const
 
 void ResistanceVerifications::verifyAllResistance() const
 {
+    // The shear resistances with torsion are kept for the length of this call only: a single check
+    // called later reads the section anew.
+    struct KeepShearTorsion {
+        const ResistanceVerifications& v;
+        explicit KeepShearTorsion(const ResistanceVerifications& verifier) : v(verifier)
+        {
+            v.shearTorsion_ = {};
+            v.keepShearTorsion_ = true;
+        }
+        ~KeepShearTorsion() { v.keepShearTorsion_ = false; }
+        KeepShearTorsion(const KeepShearTorsion&) = delete;
+        KeepShearTorsion& operator=(const KeepShearTorsion&) = delete;
+    } keep(*this);
+
     verifyBendingResistance();
     verifyShearResistance();
     verifyShearBendingResistance();

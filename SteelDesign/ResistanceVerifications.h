@@ -5,6 +5,10 @@
 #include "Forces.h"
 #include "VerificationResults.h"
 
+#include <KaMath.h>
+
+#include <array>
+
 class SDBSection;
 
 namespace SteelDesign {
@@ -58,7 +62,7 @@ public:
 private:
     friend struct ResistanceVerificationsTestAccess;  // the tests reach the factors no check calls
 
-    bool isValid(double x) const;
+    bool isValid(double x) const { return !KaMath::isFuzzyZero(x, KaMath::getEpsMin()); }
     bool checkSectionType() const;
     double calculateAxial(double area) const;
     double calculateMycRd(double factor, double W) const;
@@ -93,11 +97,24 @@ private:
     double shearTorsionThickness() const;
     double exponentRH(double n) const;
 
+    // The shear resistance of one direction without and with torsion (6.2.7(9)). The checks of
+    // verifyAllResistance ask for each direction up to six times with the same inputs, so during that
+    // call the values are computed once and every later request writes the kept values into the record.
+    struct ShearTorsion {
+        bool known = false;
+        double VRd = 0.0;   // Vc,Rd with the torsion thickness
+        double VTRd = 0.0;  // Vpl,T,Rd
+    };
+    // index 0: shear force in y (VyRd), 1: shear force in z (VzRd).
+    ShearTorsion shearTorsion(int index) const;
+
     SDBSection* section_;
     VerificationResults& results_;
     Forces forces_;
     SectionInitializer& initializer_;
     double gammaM0_;
+    mutable std::array<ShearTorsion, 2> shearTorsion_{};
+    mutable bool keepShearTorsion_ = false;  // inside verifyAllResistance
 };
 
 } // namespace SteelDesign

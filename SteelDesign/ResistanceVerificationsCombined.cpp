@@ -15,6 +15,10 @@ namespace SteelDesign {
 namespace {
 const double sqrt3 = std::sqrt(3.0);
 using UT = VerificationResults::UtilizationType;
+using Kind = SectionInitializer::SectionKind;
+
+// std::pow(x, e), without the call for e = 1, where std::pow returns x itself.
+double power(double x, double e) { return e == 1.0 ? x : std::pow(x, e); }
 } // namespace
 
 double ResistanceVerifications::webAxialRatio() const
@@ -35,17 +39,17 @@ double ResistanceVerifications::calculateAxialBendingReductionFactorAxisY() cons
     const double n = utilizationOr0(UT::Axial);
     const double a = (Ared - 2.0 * section_->getFlangeWidth1() * section_->getGoverningThickness()) / Ared;
     const double aLimited = std::min(a, 0.5);
-    const std::string& type = initializer_.getSectionType();
-    if (type == SDBKey::I) {
+    const Kind type = initializer_.getSectionKind();
+    if (type == Kind::I) {
         if (n > 0.25 + 1e-6 && webAxialRatio() > 0.5 + 1e-6) {
             results_.setRequiredAxialBending(true);
             return (1.0 - n) / (1.0 - 0.5 * aLimited);
         }
         return 1.0;
     }
-    if (type == SDBKey::R) return 1.0 - n * n;
-    if (type == SDBKey::RH) return (1.0 - n) / (1.0 - 0.5 * aLimited);
-    if (type == SDBKey::O) return 1.0 - std::pow(n, 1.7);
+    if (type == Kind::R) return 1.0 - n * n;
+    if (type == Kind::RH) return (1.0 - n) / (1.0 - 0.5 * aLimited);
+    if (type == Kind::O) return 1.0 - std::pow(n, 1.7);
     return 1.0;
 }
 
@@ -55,15 +59,15 @@ double ResistanceVerifications::calculateAxialBendingReductionFactorAxisZ() cons
     if (!isValid(Ared) || !isPlasticClass()) return 1.0;
     const double n = utilizationOr0(UT::Axial);
     const double t = section_->getGoverningThickness();
-    const std::string& type = initializer_.getSectionType();
-    if (type == SDBKey::R) return 1.0 - n * n;
-    if (type == SDBKey::RH) {
+    const Kind type = initializer_.getSectionKind();
+    if (type == Kind::R) return 1.0 - n * n;
+    if (type == Kind::RH) {
         const double af = (Ared - 2.0 * section_->getHeight() * t) / Ared;
         return (1.0 - n) / (1.0 - 0.5 * std::min(af, 0.5));
     }
-    if (type == SDBKey::O) return 1.0 - std::pow(n, 1.7);
-    if (type == SDBKey::Circle) return 1.0;
-    if (type == SDBKey::I) {
+    if (type == Kind::O) return 1.0 - std::pow(n, 1.7);
+    if (type == Kind::Circle) return 1.0;
+    if (type == Kind::I) {
         const double a = (Ared - 2.0 * section_->getFlangeWidth1() * t) / Ared;
         if (webAxialRatio() > 1.0 + 1e-6 && n > a + 1e-6) {
             const double aLimited = std::min(a, 0.5);
@@ -95,7 +99,7 @@ void ResistanceVerifications::verifyAxialBendingResistance() const
         if (isBothAxesBending(uy, uz)) {
             const double alpha = findAlpha(n);
             const double beta = findBeta(n);
-            results_.setUtilization(UT::AxialBending, std::pow(uy, alpha) + std::pow(uz, beta));
+            results_.setUtilization(UT::AxialBending, power(uy, alpha) + power(uz, beta));
         } else {
             results_.setUtilization(UT::AxialBending, isValid(uy) ? uy : uz);
         }
@@ -146,7 +150,7 @@ double ResistanceVerifications::calculateShearBendingSecIMVRd(double uv) const
 
 double ResistanceVerifications::calculateMyEd2MyVRd(double uv) const
 {
-    if (initializer_.getSectionType() == SDBKey::I && !isValid(utilizationOr0(UT::BendingZ)))
+    if (initializer_.getSectionKind() == Kind::I && !isValid(utilizationOr0(UT::BendingZ)))
         return calculateShearBendingSecIMVRd(uv);
     return calculateMyEd2MyRd(calculateShearBendingReductionFactor(uv));
 }
@@ -225,47 +229,57 @@ double ResistanceVerifications::calculateVTRd(double VcRd, double It, double t) 
 {
     const double tauT = isValid(It * t) ? forces_.getMt() * t / It : 0.0;
     const double tauRd = initializer_.getFy() / sqrt3 / gammaM0_;
-    const std::string& type = initializer_.getSectionType();
-    if (type == SDBKey::I) return std::sqrt(std::fabs(1.0 - tauT / (1.25 * tauRd))) * VcRd;
-    if (type == SDBKey::U) return (std::sqrt(1.0 - tauT / (1.25 * tauRd)) - 0.0 / tauRd) * VcRd;
-    if (type == SDBKey::O || type == SDBKey::RH) return (1.0 - tauT / tauRd) * VcRd;
+    const Kind type = initializer_.getSectionKind();
+    if (type == Kind::I) return std::sqrt(std::fabs(1.0 - tauT / (1.25 * tauRd))) * VcRd;
+    if (type == Kind::U) return (std::sqrt(1.0 - tauT / (1.25 * tauRd)) - 0.0 / tauRd) * VcRd;
+    if (type == Kind::O || type == Kind::RH) return (1.0 - tauT / tauRd) * VcRd;
     return VcRd;
 }
 
 double ResistanceVerifications::shearTorsionThickness() const
 {
-    const std::string& type = initializer_.getSectionType();
-    if (type == SDBKey::I || type == SDBKey::T) return section_->getTorsionThickness();
-    if (type == SDBKey::O || type == SDBKey::RH) {
-        const std::vector<double> thicknesses = initializer_.getThicknessVector();
+    const Kind type = initializer_.getSectionKind();
+    if (type == Kind::I || type == Kind::T) return section_->getTorsionThickness();
+    if (type == Kind::O || type == Kind::RH) {
+        const std::span<const double> thicknesses = initializer_.getThicknesses();
         return thicknesses.empty() ? 0.0 : thicknesses.front();
     }
     return 0.0;
 }
 
+ResistanceVerifications::ShearTorsion ResistanceVerifications::shearTorsion(int index) const
+{
+    ShearTorsion& kept = shearTorsion_[index];
+    if (keepShearTorsion_ && kept.known) return kept;
+    ShearTorsion v;
+    const double t = shearTorsionThickness();
+    // calculateVcRd names the bending axis: Axis::z for a shear force in y, Axis::y for one in z.
+    v.VRd = calculateVcRd(index == 0 ? Axis::z : Axis::y, t);
+    v.VTRd = calculateVTRd(v.VRd, section_->getIt(), t);
+    v.known = true;
+    if (keepShearTorsion_) kept = v;
+    return v;
+}
+
 void ResistanceVerifications::verifyShearTorsionResistanceAxisY() const
 {
     if (!isPlasticClass()) return;
-    const double t = shearTorsionThickness();
-    const double VyRd = calculateVcRd(Axis::z, t);
-    results_.setResistanceVyRd(VyRd);
-    const double VyTRd = calculateVTRd(VyRd, section_->getIt(), t);
-    if (isValid(VyRd)) {
-        results_.setResistanceVyTRd(VyTRd);
-        results_.setUtilizationShearTorsionAxisY(forces_.getVy() / VyTRd);
+    const ShearTorsion v = shearTorsion(0);
+    results_.setResistanceVyRd(v.VRd);
+    if (isValid(v.VRd)) {
+        results_.setResistanceVyTRd(v.VTRd);
+        results_.setUtilizationShearTorsionAxisY(forces_.getVy() / v.VTRd);
     }
 }
 
 void ResistanceVerifications::verifyShearTorsionResistanceAxisZ() const
 {
     if (!isPlasticClass()) return;
-    const double t = shearTorsionThickness();
-    const double VzRd = calculateVcRd(Axis::y, t);
-    results_.setResistanceVzRd(VzRd);
-    const double VzTRd = calculateVTRd(VzRd, section_->getIt(), t);
-    if (isValid(VzRd)) {
-        results_.setResistanceVzTRd(VzTRd);
-        results_.setUtilizationShearTorsionAxisZ(forces_.getVz() / VzTRd);
+    const ShearTorsion v = shearTorsion(1);
+    results_.setResistanceVzRd(v.VRd);
+    if (isValid(v.VRd)) {
+        results_.setResistanceVzTRd(v.VTRd);
+        results_.setUtilizationShearTorsionAxisZ(forces_.getVz() / v.VTRd);
     }
 }
 

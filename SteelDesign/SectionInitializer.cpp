@@ -31,10 +31,34 @@ SectionInitializer::~SectionInitializer() = default;
 
 bool SectionInitializer::checkSection() { return section_->accept(this) != 0; }
 
+namespace {
+
+SectionInitializer::SectionKind kindOf(const std::string& key)
+{
+    using K = SectionInitializer::SectionKind;
+    if (key.empty()) return K::None;
+    if (key == SDBKey::I) return K::I;
+    if (key == SDBKey::C) return K::C;
+    if (key == SDBKey::Circle) return K::Circle;
+    if (key == SDBKey::L) return K::L;
+    if (key == SDBKey::O) return K::O;
+    if (key == SDBKey::R) return K::R;
+    if (key == SDBKey::RH) return K::RH;
+    if (key == SDBKey::T) return K::T;
+    if (key == SDBKey::U) return K::U;
+    if (key == SDBKey::Z) return K::Z;
+    if (key == SDBKey::WU) return K::WU;
+    if (key == SDBKey::WZ) return K::WZ;
+    return K::Other;
+}
+
+} // namespace
+
 void SectionInitializer::findSectionType()
 {
     sectionType_.clear();
     if (const SDBSectionType* type = section_->getType()) sectionType_ = type->getKey();
+    sectionKind_ = kindOf(sectionType_);
 }
 
 void SectionInitializer::findSectionClass()
@@ -49,6 +73,11 @@ void SectionInitializer::findSectionClass()
 }
 
 void SectionInitializer::findMinFy(const std::vector<double>& thicknesses)
+{
+    findMinFy(std::span<const double>(thicknesses));
+}
+
+void SectionInitializer::findMinFy(std::span<const double> thicknesses)
 {
     fy_ = KaMath::maxDouble;
     for (double t : thicknesses) fy_ = std::min(fy_, material_->getFyk(t));
@@ -66,9 +95,9 @@ void SectionInitializer::calculateIw(double tw, double tf)
     if (!(std::fabs(Iw_ - 0.0) < tol)) return;
     const double h = section_->getHeight();
     const double b = section_->getWidth();
-    if (sectionType_ == SDBKey::I) {
+    if (sectionKind_ == SectionKind::I) {
         Iw_ = section_->getIz() * (h - tf) * (h - tf) / 4.0;
-    } else if (sectionType_ == SDBKey::U) {
+    } else if (sectionKind_ == SectionKind::U) {
         const double A1 = (b - tw) * tf * tf * tf / 12.0 + (b - tw) * tf * (h - tf) * (h - tf) / 4.0;
         const double A2 = tw * (h - tf) * (h - tf) * (h - tf) / 12.0;
         Iw_ = ((A1 * A1 + 2.0 * A1 * A2) / section_->getIy()) * (b - tw / 2.0) * (b - tw / 2.0) / 3.0;
@@ -111,8 +140,8 @@ void SectionInitializer::findBendingBucklingCurve(bool rolled, bool hotRolled)
             bendingBucklingCurve_ = upTo2 ? BucklingCurve::c : BucklingCurve::d;
         return;
     }
-    const bool isI = sectionType_ == SDBKey::I;
-    const bool isHollow = sectionType_ == SDBKey::O || sectionType_ == SDBKey::RH;
+    const bool isI = sectionKind_ == SectionKind::I;
+    const bool isHollow = sectionKind_ == SectionKind::O || sectionKind_ == SectionKind::RH;
     if ((isI && rolled) || (isHollow && hotRolled)) {
         if (upTo2)
             bendingBucklingCurve_ = BucklingCurve::b;
@@ -180,7 +209,7 @@ void SectionInitializer::findCompressionBucklingCurveSectionIAxisZ(double tf, bo
 
 void SectionInitializer::findMaterialClassAndType()
 {
-    findMinFy(thicknessVector_);
+    findMinFy(thicknesses_.view());
     findSectionClass();
     findSectionType();
 }
@@ -195,8 +224,8 @@ void SectionInitializer::setCurves(BucklingCurve y, BucklingCurve z, BucklingCur
 int SectionInitializer::visit(SDBSectionI* section)
 {
     const double s = section->getS(), t = section->getT();
-    thicknessVector_.push_back(s);
-    thicknessVector_.push_back(t);
+    thicknesses_.push_back(s);
+    thicknesses_.push_back(t);
     setHw(section->getH() - 2.0 * (t + section->getR1()));
     limitingValuesShearBuckling_ = {s, hw_};
     findMaterialClassAndType();
@@ -211,7 +240,7 @@ int SectionInitializer::visit(SDBSectionI* section)
 int SectionInitializer::visit(SDBSectionC* section)
 {
     const double t = section->getT();
-    thicknessVector_.push_back(t);
+    thicknesses_.push_back(t);
     limitingValuesShearBuckling_ = {t, section->getH() - 2.0 * (t - section->getQ())};
     findMaterialClassAndType();
     setCurves(BucklingCurve::c, BucklingCurve::c, BucklingCurve::d);
@@ -220,7 +249,7 @@ int SectionInitializer::visit(SDBSectionC* section)
 
 int SectionInitializer::visit(SDBSectionCircle* section)
 {
-    thicknessVector_.push_back(section->getD());
+    thicknesses_.push_back(section->getD());
     findMaterialClassAndType();
     setCurves(BucklingCurve::c, BucklingCurve::c, BucklingCurve::d);
     return 1;
@@ -229,7 +258,7 @@ int SectionInitializer::visit(SDBSectionCircle* section)
 int SectionInitializer::visit(SDBSectionL* section)
 {
     const double s = section->getS();
-    thicknessVector_.push_back(s);
+    thicknesses_.push_back(s);
     setHw(section->getH() - s - section->getR1());
     limitingValuesShearBuckling_ = {s, hw_};
     findMaterialClassAndType();
@@ -240,7 +269,7 @@ int SectionInitializer::visit(SDBSectionL* section)
 int SectionInitializer::visit(SDBSectionO* section)
 {
     const double t = section->getT();
-    thicknessVector_.push_back(t);
+    thicknesses_.push_back(t);
     limitingValuesShearBuckling_ = {t, section->getD()};
     findMaterialClassAndType();
     findBucklingCurveHollowProfile(section->isHotRolled(), isSteel460(t));
@@ -250,8 +279,8 @@ int SectionInitializer::visit(SDBSectionO* section)
 
 int SectionInitializer::visit(SDBSectionR* section)
 {
-    thicknessVector_.push_back(section->getH());
-    thicknessVector_.push_back(section->getB());
+    thicknesses_.push_back(section->getH());
+    thicknesses_.push_back(section->getB());
     findMaterialClassAndType();
     setCurves(BucklingCurve::c, BucklingCurve::c, BucklingCurve::d);
     return 1;
@@ -260,7 +289,7 @@ int SectionInitializer::visit(SDBSectionR* section)
 int SectionInitializer::visit(SDBSectionRH* section)
 {
     const double s = section->getS();
-    thicknessVector_.push_back(s);
+    thicknesses_.push_back(s);
     setHw(section->getH() - 2.0 * (s + section->getR1()));
     limitingValuesShearBuckling_ = {s, hw_};
     findMaterialClassAndType();
@@ -272,8 +301,8 @@ int SectionInitializer::visit(SDBSectionRH* section)
 int SectionInitializer::visit(SDBSectionT* section)
 {
     const double s = section->getS(), t = section->getT();
-    thicknessVector_.push_back(s);
-    thicknessVector_.push_back(t);
+    thicknesses_.push_back(s);
+    thicknesses_.push_back(t);
     setHw(section->getH() - t - section->getR1());
     limitingValuesShearBuckling_ = {s, hw_};
     findMaterialClassAndType();
@@ -284,8 +313,8 @@ int SectionInitializer::visit(SDBSectionT* section)
 int SectionInitializer::visit(SDBSectionU* section)
 {
     const double s = section->getS(), t = section->getT();
-    thicknessVector_.push_back(s);
-    thicknessVector_.push_back(t);
+    thicknesses_.push_back(s);
+    thicknesses_.push_back(t);
     setHw(section->getH() - 2.0 * (t + section->getR1()));
     limitingValuesShearBuckling_ = {s, hw_};
     findMaterialClassAndType();
@@ -297,8 +326,8 @@ int SectionInitializer::visit(SDBSectionU* section)
 int SectionInitializer::visit(SDBSectionZ* section)
 {
     const double s = section->getS(), t = section->getT();
-    thicknessVector_.push_back(s);
-    thicknessVector_.push_back(t);
+    thicknesses_.push_back(s);
+    thicknesses_.push_back(t);
     setHw(section->getH() - 2.0 * (t + section->getR1()));
     limitingValuesShearBuckling_ = {s, hw_};
     findMaterialClassAndType();

@@ -10,7 +10,10 @@
 #include <SDBSectionVisitor.h>
 
 #include <array>
+#include <cstddef>
+#include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 class KaConstrSteel;
@@ -37,6 +40,11 @@ namespace SteelDesign {
 //  - Iw of a U section from the host's own expression (see calculateIw).
 class STEELDESIGN_API SectionInitializer : public SDBSectionVisitor {
 public:
+    // The type key as a value: the checks branch on it many times per call, so the key is compared with
+    // the database's keys once (in findSectionType) and the outcome kept. None while the key is empty
+    // (before findSectionType, or for a section without a type record), Other for a key outside the list.
+    enum class SectionKind : unsigned char { None, I, C, Circle, L, O, R, RH, T, U, Z, WU, WZ, Other };
+
     SectionInitializer(SDBSection* section, KaConstrSteel* material, const Forces& forces,
                        VerificationControl control, bool useRolledSectionMethod);
     SectionInitializer(const SectionInitializer&) = default;
@@ -75,7 +83,10 @@ public:
     double getHw() const { return hw_; }
     ErrorCode getErrorCode() const { return errorCode_; }
     const std::string& getSectionType() const { return sectionType_; }
-    std::vector<double> getThicknessVector() const { return thicknessVector_; }
+    SectionKind getSectionKind() const { return sectionKind_; }
+    std::vector<double> getThicknessVector() const { return thicknesses_.toVector(); }
+    // The same thicknesses without a copy (valid while the initializer lives and is not changed).
+    std::span<const double> getThicknesses() const { return thicknesses_.view(); }
     std::array<double, 2> getLimitingValuesShearBuckling() const { return limitingValuesShearBuckling_; }
     BucklingCurve getCompressionBucklingCurveAxisY() const { return compressionBucklingCurveAxisY_; }
     BucklingCurve getCompressionBucklingCurveAxisZ() const { return compressionBucklingCurveAxisZ_; }
@@ -112,6 +123,61 @@ public:
     int visit(SDBSectionAsLine* section) override;
 
 private:
+    // The plate thicknesses in the order the kind's handler pushes them. Every handled kind pushes one or
+    // two, so they are held in place; a list that grows beyond the inline capacity (a handler run more
+    // than once) moves to the heap and keeps growing as a vector does.
+    class ThicknessList {
+    public:
+        ThicknessList() = default;
+        ThicknessList(const ThicknessList&) = default;
+        ThicknessList& operator=(const ThicknessList&) = default;
+        // A moved-from list is empty, as a moved-from vector is.
+        ThicknessList(ThicknessList&& other) noexcept
+            : inline_(other.inline_), size_(other.size_), heap_(std::move(other.heap_))
+        {
+            other.clear();
+        }
+        ThicknessList& operator=(ThicknessList&& other) noexcept
+        {
+            if (this != &other) {
+                inline_ = other.inline_;
+                size_ = other.size_;
+                heap_ = std::move(other.heap_);
+                other.clear();
+            }
+            return *this;
+        }
+
+        void push_back(double t)
+        {
+            if (heap_.empty() && size_ < inline_.size()) {
+                inline_[size_++] = t;
+                return;
+            }
+            if (heap_.empty()) heap_.assign(inline_.begin(), inline_.end());
+            heap_.push_back(t);
+            ++size_;
+        }
+        std::span<const double> view() const { return {heap_.empty() ? inline_.data() : heap_.data(), size_}; }
+        std::vector<double> toVector() const
+        {
+            const std::span<const double> v = view();
+            return std::vector<double>(v.begin(), v.end());
+        }
+
+    private:
+        void clear()
+        {
+            size_ = 0;
+            heap_.clear();
+        }
+
+        std::array<double, 4> inline_{};
+        std::size_t size_ = 0;
+        std::vector<double> heap_;
+    };
+
+    void findMinFy(std::span<const double> thicknesses);
     // The common sequence of every handler after thicknesses, hw and limiting values are set.
     void findMaterialClassAndType();
     void setCurves(BucklingCurve y, BucklingCurve z, BucklingCurve bending);
@@ -126,7 +192,8 @@ private:
     VerificationControl verificationControl_;
     ErrorCode errorCode_ = ErrorCode::NoError;
     std::string sectionType_;
-    std::vector<double> thicknessVector_;
+    SectionKind sectionKind_ = SectionKind::None;
+    ThicknessList thicknesses_;
     std::array<double, 2> limitingValuesShearBuckling_{0.0, 0.0};
     bool useRolledSectionMethod_;
     int sectionClass_ = 1;

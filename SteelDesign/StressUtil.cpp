@@ -19,8 +19,11 @@ double StressUtil::stressAt(const KaVector3D& p) const
 
 double StressUtil::calculateAlfa(const KaVector3D& p1, const KaVector3D& p2) const
 {
-    const double s1 = stressAt(p1);
-    const double s2 = stressAt(p2);
+    return alfaOf(stressAt(p1), stressAt(p2));
+}
+
+double StressUtil::alfaOf(double s1, double s2)
+{
     double alpha = 1.0;
     if (s2 < eps) {
         if (s1 < eps) return 1.0;
@@ -40,8 +43,11 @@ double StressUtil::calculateAlfaWeb(double a, double b, double c) const
 
 kat::Nullable<double> StressUtil::calculateMaxCompressive(const KaVector3D& p1, const KaVector3D& p2) const
 {
-    const double s1 = stressAt(p1);
-    const double s2 = stressAt(p2);
+    return maxCompressiveOf(stressAt(p1), stressAt(p2));
+}
+
+kat::Nullable<double> StressUtil::maxCompressiveOf(double s1, double s2)
+{
     const double m = s1 > s2 ? s2 : s1;
     if (m < -eps) return kat::Nullable<double>(m);
     return {};
@@ -68,7 +74,12 @@ double StressUtil::calculatePsiWeb(const KaVector3D& p1, const KaVector3D& p2) c
 
 NormalStressType StressUtil::findNormalStressType(const KaVector3D& p) const
 {
-    return stressAt(p) > eps ? NormalStressType::Tension : NormalStressType::Compression;
+    return normalStressTypeOf(stressAt(p));
+}
+
+NormalStressType StressUtil::normalStressTypeOf(double s)
+{
+    return s > eps ? NormalStressType::Tension : NormalStressType::Compression;
 }
 
 } // namespace SteelDesign

@@ -41,6 +41,12 @@ public:
     double calculatePsiWeb(const KaVector3D& p1, const KaVector3D& p2) const;
     NormalStressType findNormalStressType(const KaVector3D& p) const;
 
+    // The same rules from the normal stresses s1 at p1 and s2 at p2, for callers that have the stresses
+    // already (the methods above evaluate them and use these).
+    static double alfaOf(double s1, double s2);
+    static kat::Nullable<double> maxCompressiveOf(double s1, double s2);
+    static NormalStressType normalStressTypeOf(double s);
+
 private:
     double stressAt(const KaVector3D& p) const;
 

@@ -11,10 +11,6 @@ constexpr const char* utilizationNames[VerificationResults::utilizationTypeCount
     "ShearZ",        "Shear",         "ShearBendingY", "ShearBendingZ", "ShearBending", "AxialBendingY",
     "AxialBendingZ", "AxialBending",  "Reserved14",    "Reserved15",   "AxialShearBending"};
 
-bool inRange(int type) { return type >= 0 && type < VerificationResults::utilizationTypeCount; }
-
-int axisIndex(Axis axis) { return axis == Axis::z ? 1 : 0; }
-
 } // namespace
 
 const char* VerificationResults::nameOf(UtilizationType type)
@@ -51,60 +47,11 @@ void VerificationResults::reset()
     biaxialBending_ = false;
 }
 
-kat::Nullable<double> VerificationResults::getUtilization(UtilizationType type) const
-{
-    if (!inRange(type) || !utilizationEntries_[type]) return {};
-    return utilizations_[type];
-}
-
-void VerificationResults::setUtilization(UtilizationType type, double value)
-{
-    if (!inRange(type)) return;
-    utilizations_[type] = value;
-    utilizationEntries_[type] = true;
-}
-
-bool VerificationResults::hasUtilizationEntry(UtilizationType type) const
-{
-    return inRange(type) && utilizationEntries_[type];
-}
-
-bool VerificationResults::isVerified(double u) const
-{
-    return KaMath::isFuzzySmallerEqual(u, 1.0, KaMath::getEpsReal());
-}
-
-bool VerificationResults::isValid(double x) const { return !KaMath::isFuzzyZero(x, KaMath::getEpsMin()); }
-
-bool VerificationResults::isFulfilled(UtilizationType type) const
-{
-    const kat::Nullable<double> u = getUtilization(type);
-    return u.hasValue() && isVerified(u.value());
-}
-
 bool VerificationResults::verifyAllUtilizations() const
 {
     for (UtilizationType type : {Axial, Torsion, Bending, Shear, AxialBending, ShearBending, AxialShearBending})
         if (!isFulfilled(type)) return false;
     return true;
 }
-
-kat::Nullable<double> VerificationResults::AxisTable::get(Axis axis) const
-{
-    const int i = axisIndex(axis);
-    return kat::Nullable<double>(present[i] ? value[i] : 0.0);
-}
-
-void VerificationResults::AxisTable::set(Axis axis, double v)
-{
-    const int i = axisIndex(axis);
-    value[i] = v;
-    present[i] = true;
-}
-
-kat::Nullable<double> VerificationResults::getMRd(Axis axis) const { return MRd_.get(axis); }
-void VerificationResults::setMRd(Axis axis, double value) { MRd_.set(axis, value); }
-kat::Nullable<double> VerificationResults::getMRdLimit(Axis axis) const { return MRdLimit_.get(axis); }
-void VerificationResults::setMRdLimit(Axis axis, double value) { MRdLimit_.set(axis, value); }
 
 } // namespace SteelDesign

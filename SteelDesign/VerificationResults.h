@@ -4,6 +4,8 @@
 #include "Export.h"
 #include "Nullable.h"
 
+#include <KaMath.h>
+
 #include <array>
 #include <cstdint>
 
@@ -48,15 +50,30 @@ public:
 
     void reset();
 
-    kat::Nullable<double> getUtilization(UtilizationType type) const;
-    void setUtilization(UtilizationType type, double value);
+    // The table accessors are defined here, inline: a cross-section check reads and writes the table
+    // about a hundred times.
+    kat::Nullable<double> getUtilization(UtilizationType type) const
+    {
+        if (!inRange(type) || !utilizationEntries_[type]) return {};
+        return utilizations_[type];
+    }
+    void setUtilization(UtilizationType type, double value)
+    {
+        if (!inRange(type)) return;
+        utilizations_[type] = value;
+        utilizationEntries_[type] = true;
+    }
     // Whether the table holds a key for the type (with or without a value).
-    bool hasUtilizationEntry(UtilizationType type) const;
+    bool hasUtilizationEntry(UtilizationType type) const { return inRange(type) && utilizationEntries_[type]; }
 
     // u <= 1.0 within KaMath::getEpsReal(): the only comparison of a utilization with its limit.
-    bool isVerified(double u) const;
-    bool isValid(double x) const;
-    bool isFulfilled(UtilizationType type) const;
+    bool isVerified(double u) const { return KaMath::isFuzzySmallerEqual(u, 1.0, KaMath::getEpsReal()); }
+    bool isValid(double x) const { return !KaMath::isFuzzyZero(x, KaMath::getEpsMin()); }
+    bool isFulfilled(UtilizationType type) const
+    {
+        const kat::Nullable<double> u = getUtilization(type);
+        return u.hasValue() && isVerified(u.value());
+    }
     // Axial, Torsion, Bending, Shear, AxialBending, ShearBending and AxialShearBending all present and
     // fulfilled (evaluated in this order, stopping at the first failure).
     bool verifyAllUtilizations() const;
@@ -97,10 +114,10 @@ public:
     void setBiaxialBending(bool v) { biaxialBending_ = v; }
 
     // Always present: the stored moment for the axis, or 0.0 when the axis has no entry.
-    kat::Nullable<double> getMRd(Axis axis) const;
-    void setMRd(Axis axis, double value);
-    kat::Nullable<double> getMRdLimit(Axis axis) const;
-    void setMRdLimit(Axis axis, double value);
+    kat::Nullable<double> getMRd(Axis axis) const { return MRd_.get(axis); }
+    void setMRd(Axis axis, double value) { MRd_.set(axis, value); }
+    kat::Nullable<double> getMRdLimit(Axis axis) const { return MRdLimit_.get(axis); }
+    void setMRdLimit(Axis axis, double value) { MRdLimit_.set(axis, value); }
 
     kat::Nullable<double> getShearReductionFactorY() const { return shearReductionFactorY_; }
     void setShearReductionFactorY(double v) { shearReductionFactorY_ = v; }
@@ -116,9 +133,21 @@ private:
     struct AxisTable {
         std::array<double, 2> value{0.0, 0.0};
         std::array<bool, 2> present{false, false};
-        kat::Nullable<double> get(Axis axis) const;
-        void set(Axis axis, double v);
+        static int indexOf(Axis axis) { return axis == Axis::z ? 1 : 0; }
+        kat::Nullable<double> get(Axis axis) const
+        {
+            const int i = indexOf(axis);
+            return kat::Nullable<double>(present[i] ? value[i] : 0.0);
+        }
+        void set(Axis axis, double v)
+        {
+            const int i = indexOf(axis);
+            value[i] = v;
+            present[i] = true;
+        }
     };
+
+    static bool inRange(int type) { return type >= 0 && type < utilizationTypeCount; }
 
     std::array<kat::Nullable<double>, utilizationTypeCount> utilizations_;
     std::array<bool, utilizationTypeCount> utilizationEntries_{};

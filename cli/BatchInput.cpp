@@ -1,15 +1,19 @@
 #include "BatchInput.h"
 
 #include "Options.h"
+#include "Parallel.h"
 
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <charconv>
 #include <cmath>
 #include <functional>
+#include <iterator>
 #include <map>
+#include <string_view>
 
 namespace cli {
 
@@ -22,14 +26,35 @@ const char* const knownColumns[] = {"id",       "section",  "steel",      "N",  
                                     "MzMid",    "MzEnd",    "diagramZ",   "loadPoint",  "maxMoment",
                                     "mcr",      "cTheta",   "shearPanel", "gammaM0",    "gammaM1",
                                     "rolledMethod", "torsionallyDeformable", "cmFloor", "elastic"};
+constexpr std::size_t columnCount = std::size(knownColumns);
 
-std::string trim(std::string_view s)
+// The known columns by their index in knownColumns.
+enum Column : std::size_t {
+    cId, cSection, cSteel, cN, cMy, cMz, cMt, cVy, cVz, cLength, cMyStart, cMyMid, cMyEnd, cDiagramY, cMzStart,
+    cMzMid, cMzEnd, cDiagramZ, cLoadPoint, cMaxMoment, cMcr, cCTheta, cShearPanel, cGammaM0, cGammaM1,
+    cRolledMethod, cTorsionallyDeformable, cCmFloor, cElastic
+};
+static_assert(cElastic + 1 == columnCount);
+
+// The index of a known column name, or columnCount.
+std::size_t columnOf(std::string_view name)
+{
+    for (std::size_t i = 0; i < columnCount; ++i)
+        if (name == knownColumns[i]) return i;
+    return columnCount;
+}
+
+bool isBlankChar(char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; }
+
+std::string_view trimView(std::string_view s)
 {
     std::size_t a = 0, b = s.size();
-    while (a < b && std::isspace(static_cast<unsigned char>(s[a]))) ++a;
-    while (b > a && std::isspace(static_cast<unsigned char>(s[b - 1]))) --b;
-    return std::string(s.substr(a, b - a));
+    while (a < b && isBlankChar(s[a])) ++a;
+    while (b > a && isBlankChar(s[b - 1])) --b;
+    return s.substr(a, b - a);
 }
+
+std::string trim(std::string_view s) { return std::string(trimView(s)); }
 
 std::string lower(std::string s)
 {
@@ -70,41 +95,45 @@ std::vector<std::string> splitCsv(const std::string& line)
 // The cells of one row by column name; a cell is absent (nullopt) when empty or null.
 using Cells = std::map<std::string, std::optional<std::string>, std::less<>>;
 
+// The cells of one row by column index, viewing text owned by the caller (the CSV line or the JSON
+// row's Cells); absent when the row has no such column or a null.
+using CellViews = std::array<std::optional<std::string_view>, columnCount>;
+
 class RowReader {
 public:
-    RowReader(const Cells& cells, std::size_t line) : cells_(cells), line_(line) {}
+    RowReader(const CellViews& cells, std::size_t line) : cells_(cells), line_(line) {}
 
-    std::optional<std::string> text(const char* field) const
+    std::optional<std::string> text(Column field) const
     {
-        auto it = cells_.find(field);
-        if (it == cells_.end() || !it->second || it->second->empty()) return std::nullopt;
-        return it->second;
+        const std::optional<std::string_view>& cell = cells_[field];
+        if (!cell || cell->empty()) return std::nullopt;
+        return std::string(*cell);
     }
-    std::string requiredText(const char* field) const
+    std::string requiredText(Column field) const
     {
         auto value = text(field);
         if (!value) fail(field, "missing value");
         return *value;
     }
-    std::optional<double> number(const char* field) const
+    std::optional<double> number(Column field) const
     {
-        auto value = text(field);
-        if (!value) return std::nullopt;
+        const std::optional<std::string_view>& cell = cells_[field];
+        if (!cell || cell->empty()) return std::nullopt;
         double x = 0.0;
-        const char* begin = value->data();
-        const char* end = begin + value->size();
+        const char* begin = cell->data();
+        const char* end = begin + cell->size();
         auto [ptr, ec] = std::from_chars(begin, end, x);
-        if (ec != std::errc() || ptr != end) fail(field, "not a number: '" + *value + "'");
-        if (!std::isfinite(x)) fail(field, "not a finite number: '" + *value + "'");
+        if (ec != std::errc() || ptr != end) fail(field, "not a number: '" + std::string(*cell) + "'");
+        if (!std::isfinite(x)) fail(field, "not a finite number: '" + std::string(*cell) + "'");
         return x;
     }
-    double requiredNumber(const char* field) const
+    double requiredNumber(Column field) const
     {
         auto value = number(field);
         if (!value) fail(field, "missing value");
         return *value;
     }
-    bool flag(const char* field) const
+    bool flag(Column field) const
     {
         auto value = text(field);
         if (!value) return false;
@@ -113,7 +142,7 @@ public:
         if (v == "false" || v == "no" || v == "0") return false;
         fail(field, "not a boolean (true/false): '" + *value + "'");
     }
-    std::string choice(const char* field, std::initializer_list<const char*> allowed, const char* fallback) const
+    std::string choice(Column field, std::initializer_list<const char*> allowed, const char* fallback) const
     {
         auto value = text(field);
         if (!value) return fallback;
@@ -124,72 +153,119 @@ public:
         for (const char* a : allowed) list += (list.empty() ? "" : ", ") + std::string(a);
         fail(field, "'" + *value + "' is not one of " + list);
     }
-    [[noreturn]] void fail(const char* field, const std::string& message) const
+    [[noreturn]] void fail(Column field, const std::string& message) const
     {
-        throw RowError{line_, cells_.count("id") && cells_.at("id") ? *cells_.at("id") : std::string(), field, message};
+        const std::optional<std::string_view>& id = cells_[cId];
+        throw RowError{line_, id ? std::string(*id) : std::string(), knownColumns[field], message};
     }
 
 private:
-    const Cells& cells_;
+    const CellViews& cells_;
     std::size_t line_;
 };
 
-BatchRow parseRow(const Cells& cells, std::size_t line)
+BatchRow parseRow(const CellViews& cells, std::size_t line)
 {
     const RowReader r(cells, line);
     try {
         MemberRow row;
         row.line = line;
-        row.id = r.requiredText("id");
-        row.section = r.requiredText("section");
-        row.steel = r.requiredText("steel");
-        row.N = r.requiredNumber("N");
-        row.My = r.requiredNumber("My");
-        row.Mz = r.requiredNumber("Mz");
-        row.Mt = r.requiredNumber("Mt");
-        row.Vy = r.requiredNumber("Vy");
-        row.Vz = r.requiredNumber("Vz");
-        row.length = r.requiredNumber("length");
-        if (row.length < 0.0) r.fail("length", "must not be negative");
-        row.momentsY = {r.number("MyStart").value_or(row.My), r.number("MyMid").value_or(row.My),
-                        r.number("MyEnd").value_or(row.My)};
-        row.momentsZ = {r.number("MzStart").value_or(row.Mz), r.number("MzMid").value_or(row.Mz),
-                        r.number("MzEnd").value_or(row.Mz)};
-        row.diagramY = r.choice("diagramY", {"polygonal", "parabolic"}, "polygonal");
-        row.diagramZ = r.choice("diagramZ", {"polygonal", "parabolic"}, "polygonal");
-        row.loadPoint = r.choice("loadPoint", {"center", "top", "bottom"}, "center");
-        row.maxMoment = r.number("maxMoment");
-        row.mcr = r.number("mcr");
-        row.cTheta = r.number("cTheta");
-        row.shearPanel = r.number("shearPanel");
-        row.gammaM0 = r.number("gammaM0");
-        row.gammaM1 = r.number("gammaM1");
-        for (const char* field : {"gammaM0", "gammaM1"})
+        row.id = r.requiredText(cId);
+        row.section = r.requiredText(cSection);
+        row.steel = r.requiredText(cSteel);
+        row.N = r.requiredNumber(cN);
+        row.My = r.requiredNumber(cMy);
+        row.Mz = r.requiredNumber(cMz);
+        row.Mt = r.requiredNumber(cMt);
+        row.Vy = r.requiredNumber(cVy);
+        row.Vz = r.requiredNumber(cVz);
+        row.length = r.requiredNumber(cLength);
+        if (row.length < 0.0) r.fail(cLength, "must not be negative");
+        row.momentsY = {r.number(cMyStart).value_or(row.My), r.number(cMyMid).value_or(row.My),
+                        r.number(cMyEnd).value_or(row.My)};
+        row.momentsZ = {r.number(cMzStart).value_or(row.Mz), r.number(cMzMid).value_or(row.Mz),
+                        r.number(cMzEnd).value_or(row.Mz)};
+        row.diagramY = r.choice(cDiagramY, {"polygonal", "parabolic"}, "polygonal");
+        row.diagramZ = r.choice(cDiagramZ, {"polygonal", "parabolic"}, "polygonal");
+        row.loadPoint = r.choice(cLoadPoint, {"center", "top", "bottom"}, "center");
+        row.maxMoment = r.number(cMaxMoment);
+        row.mcr = r.number(cMcr);
+        row.cTheta = r.number(cCTheta);
+        row.shearPanel = r.number(cShearPanel);
+        row.gammaM0 = r.number(cGammaM0);
+        row.gammaM1 = r.number(cGammaM1);
+        for (Column field : {cGammaM0, cGammaM1})
             if (auto g = r.number(field); g && *g <= 0.0) r.fail(field, "must be positive");
-        for (const char* field : {"mcr", "cTheta", "shearPanel"})
+        for (Column field : {cMcr, cCTheta, cShearPanel})
             if (auto v = r.number(field); v && *v < 0.0) r.fail(field, "must not be negative");
-        row.rolledMethod = r.flag("rolledMethod");
-        row.torsionallyDeformable = r.flag("torsionallyDeformable");
-        row.cmFloor = r.flag("cmFloor");
-        row.elastic = r.flag("elastic");
+        row.rolledMethod = r.flag(cRolledMethod);
+        row.torsionallyDeformable = r.flag(cTorsionallyDeformable);
+        row.cmFloor = r.flag(cCmFloor);
+        row.elastic = r.flag(cElastic);
         return row;
     } catch (const RowError& e) {
         return e;
     }
 }
 
-bool isBlank(const std::string& line) { return trim(line).empty(); }
+// A row given by column name (JSON Lines); every name is a known column.
+BatchRow parseRow(const Cells& cells, std::size_t line)
+{
+    CellViews views;
+    for (const auto& [name, value] : cells)
+        if (const std::size_t column = columnOf(name); column < columnCount)
+            views[column] = value ? std::optional<std::string_view>(*value) : std::nullopt;
+    return parseRow(views, line);
+}
+
+bool isBlank(std::string_view line) { return trimView(line).empty(); }
+
+// The fields of a CSV record without quotes as views into the line, trimmed; false when the line holds a
+// quote (splitCsv then takes it apart).
+bool splitPlainCsv(std::string_view line, std::vector<std::string_view>& fields)
+{
+    fields.clear();
+    if (line.find('"') != std::string_view::npos) return false;
+    std::size_t start = 0;
+    for (;;) {
+        const std::size_t comma = line.find(',', start);
+        if (comma == std::string_view::npos) {
+            fields.push_back(trimView(line.substr(start)));
+            return true;
+        }
+        fields.push_back(trimView(line.substr(start, comma - start)));
+        start = comma + 1;
+    }
+}
+
+// The lines of the text as std::getline takes them apart (a last line without a line break counts,
+// nothing follows a final line break), without a trailing carriage return.
+std::vector<std::string_view> linesOf(std::string_view text)
+{
+    std::vector<std::string_view> lines;
+    std::size_t pos = 0;
+    while (pos < text.size()) {
+        std::size_t end = text.find('\n', pos);
+        if (end == std::string_view::npos) end = text.size();
+        std::string_view line = text.substr(pos, end - pos);
+        if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
+        lines.push_back(line);
+        pos = end + 1;
+    }
+    return lines;
+}
 
 std::vector<BatchRow> readCsv(std::istream& in)
 {
-    std::string line;
+    // The whole input is read first; its rows are then parsed on every core, in order.
+    const std::string text{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    const std::vector<std::string_view> lines = linesOf(text);
     std::size_t lineNo = 0;
     std::vector<std::string> header;
-    while (std::getline(in, line)) {
-        ++lineNo;
-        if (!line.empty() && line.back() == '\r') line.pop_back();
+    while (lineNo < lines.size()) {
+        const std::string_view line = lines[lineNo++];
         if (!isBlank(line)) {
-            header = splitCsv(line);
+            header = splitCsv(std::string(line));
             break;
         }
     }
@@ -201,25 +277,39 @@ std::vector<BatchRow> readCsv(std::istream& in)
     for (const std::string& column : header)
         if (std::find(std::begin(knownColumns), std::end(knownColumns), column) == std::end(knownColumns))
             throw InputError("batch: unknown column '" + column + "' in the header (line " + std::to_string(lineNo) + ")");
+    // The header position of each column; a column named twice takes its last position.
+    std::array<std::size_t, columnCount> position;
+    position.fill(header.size());
+    for (std::size_t i = 0; i < header.size(); ++i) position[columnOf(header[i])] = i;
 
-    std::vector<BatchRow> rows;
-    while (std::getline(in, line)) {
-        ++lineNo;
-        if (!line.empty() && line.back() == '\r') line.pop_back();
-        if (isBlank(line)) continue;
-        const std::vector<std::string> fields = splitCsv(line);
-        if (fields.size() != header.size()) {
-            Cells idOnly;
-            if (!fields.empty()) idOnly["id"] = fields[0];
-            rows.emplace_back(RowError{lineNo, fields.empty() ? "" : fields[0], "",
-                                       "expected " + std::to_string(header.size()) + " fields, found " +
-                                           std::to_string(fields.size())});
-            continue;
+    // Every non-blank line after the header, with its 0-based index in lines.
+    std::vector<std::size_t> dataLines;
+    for (std::size_t i = lineNo; i < lines.size(); ++i)
+        if (!isBlank(lines[i])) dataLines.push_back(i);
+
+    std::vector<BatchRow> rows(dataLines.size());
+    forEachChunk(dataLines.size(), 2048, [&](std::size_t begin, std::size_t end) {
+        std::vector<std::string_view> fields;
+        std::vector<std::string> quotedFields;
+        for (std::size_t r = begin; r < end; ++r) {
+            const std::string_view line = lines[dataLines[r]];
+            const std::size_t number = dataLines[r] + 1;
+            if (!splitPlainCsv(line, fields)) {
+                quotedFields = splitCsv(std::string(line));
+                fields.assign(quotedFields.begin(), quotedFields.end());
+            }
+            if (fields.size() != header.size()) {
+                rows[r] = RowError{number, fields.empty() ? "" : std::string(fields[0]), "",
+                                   "expected " + std::to_string(header.size()) + " fields, found " +
+                                       std::to_string(fields.size())};
+                continue;
+            }
+            CellViews cells;
+            for (std::size_t c = 0; c < columnCount; ++c)
+                if (position[c] < header.size()) cells[c] = fields[position[c]];
+            rows[r] = parseRow(cells, number);
         }
-        Cells cells;
-        for (std::size_t i = 0; i < header.size(); ++i) cells[header[i]] = fields[i];
-        rows.push_back(parseRow(cells, lineNo));
-    }
+    });
     return rows;
 }
 

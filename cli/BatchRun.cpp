@@ -1,6 +1,7 @@
 #include "BatchRun.h"
 
 #include "Evaluation.h"
+#include "Parallel.h"
 
 #include <SectionCatalogue.h>
 
@@ -9,6 +10,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cctype>
+#include <charconv>
 #include <cmath>
 #include <limits>
 #include <chrono>
@@ -17,6 +19,7 @@
 #include <istream>
 #include <mutex>
 #include <thread>
+#include <unordered_map>
 
 namespace cli {
 
@@ -102,12 +105,13 @@ RowResult rejected(std::size_t line, const std::string& id, const std::string& f
     return r;
 }
 
-RowResult evaluate(const BatchRow& parsed, SectionCache& sections)
+// known: the row's section when the caller has looked it up already, else null.
+RowResult evaluate(const BatchRow& parsed, SectionCache& sections, SDBSection* known = nullptr)
 {
     if (const auto* error = std::get_if<RowError>(&parsed))
         return rejected(error->line, error->id, error->field, error->message);
     const MemberRow& row = std::get<MemberRow>(parsed);
-    SDBSection* section = sections.get(row.section);
+    SDBSection* section = known ? known : sections.get(row.section);
     if (!section) {
         std::string message = "unknown section '" + row.section + "'";
         const auto nearest = SDBCatalogue::findNearest(row.section, 3);
@@ -183,19 +187,75 @@ RowResult evaluateChecks(const CrossSectionRequest& crossRequest, const MemberRe
 
 namespace {
 
-std::string formatNumber(double value)
-{
-    char buffer[40];
-    std::snprintf(buffer, sizeof buffer, "%.6g", value);
-    return buffer;
-}
-
 std::string csvField(const std::string& text)
 {
     if (text.find_first_of(",\"\n") == std::string::npos) return text;
     std::string out = "\"";
     for (char c : text) out += c == '"' ? std::string("\"\"") : std::string(1, c);
     return out + "\"";
+}
+
+void appendCsvField(std::string& out, const std::string& text)
+{
+    if (text.find_first_of(",\"\n") == std::string::npos)
+        out += text;
+    else
+        out += csvField(text);
+}
+
+// A utilization as printf's %.6g writes it ("0.873912", "1.2e-07", "inf", "-nan"): std::to_chars with the
+// general format and a precision converts exactly as printf does, without its cost.
+void appendNumber(std::string& out, double value)
+{
+    char buffer[40];
+    const auto result = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::general, 6);
+    out.append(buffer, result.ptr);
+}
+
+template <typename Integer>
+void appendInteger(std::string& out, Integer value)
+{
+    char buffer[24];
+    const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
+    out.append(buffer, result.ptr);
+}
+
+// One result row of the CSV output, with its line break; utilizationCount columns of utilizations.
+void appendCsvRow(std::string& buffer, const RowResult& r, std::size_t utilizationCount)
+{
+    appendCsvField(buffer, r.id);
+    buffer += ',';
+    appendInteger(buffer, r.line);
+    buffer += r.rejected ? ",rejected," : ",checked,";
+    if (r.rejected) {
+        // Empty section .. shearBucklingErrorCode (6), utilizations, governing .. fulfilled (3).
+        buffer.append(6 + utilizationCount + 3, ',');
+        appendCsvField(buffer, r.errorField);
+        buffer += ',';
+        appendCsvField(buffer, r.errorMessage);
+        buffer += '\n';
+        return;
+    }
+    appendCsvField(buffer, r.section);
+    buffer += ',';
+    buffer += r.steel;
+    for (int code : {r.sectionClass, r.errorCode, r.memberErrorCode, r.shearBucklingErrorCode}) {
+        buffer += ',';
+        appendInteger(buffer, code);
+    }
+    for (const auto& u : r.crossSection) {
+        buffer += ',';
+        if (u) appendNumber(buffer, u.value());
+    }
+    for (const auto& u : r.member) {
+        buffer += ',';
+        if (u) appendNumber(buffer, u.value());
+    }
+    buffer += ',';
+    buffer += r.governing;
+    buffer += ',';
+    if (!r.governing.empty()) appendNumber(buffer, r.governingUtilization);
+    buffer += r.fulfilled ? ",true,,\n" : ",false,,\n";
 }
 
 nlohmann::json jsonOfRow(const RowResult& r)
@@ -252,8 +312,17 @@ std::vector<RowResult> runBatch(const std::vector<BatchRow>& rows, unsigned jobs
 {
     std::vector<RowResult> results(rows.size());
     SectionCache sections;
-    for (const BatchRow& row : rows)  // look every section up once before the threads start
-        if (const auto* member = std::get_if<MemberRow>(&row)) sections.get(member->section);
+    // Every row's section is looked up before the threads start, so that the workers need no lock.
+    // A designation spelled as before is not normalised again.
+    std::vector<SDBSection*> sectionOf(rows.size(), nullptr);
+    std::unordered_map<std::string, SDBSection*> bySpelling;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        const auto* member = std::get_if<MemberRow>(&rows[i]);
+        if (!member) continue;
+        auto [it, added] = bySpelling.try_emplace(member->section, nullptr);
+        if (added) it->second = sections.get(member->section);
+        sectionOf[i] = it->second;
+    }
 
     unsigned threads = jobs != 0 ? jobs : std::max(1u, std::thread::hardware_concurrency());
     threads = static_cast<unsigned>(std::min<std::size_t>(threads, std::max<std::size_t>(rows.size(), 1)));
@@ -265,7 +334,7 @@ std::vector<RowResult> runBatch(const std::vector<BatchRow>& rows, unsigned jobs
             const std::size_t begin = next.fetch_add(chunk);
             if (begin >= rows.size()) return;
             const std::size_t end = std::min(rows.size(), begin + chunk);
-            for (std::size_t i = begin; i < end; ++i) results[i] = evaluate(rows[i], sections);
+            for (std::size_t i = begin; i < end; ++i) results[i] = evaluate(rows[i], sections, sectionOf[i]);
             done.fetch_add(end - begin);
         }
     };
@@ -304,21 +373,16 @@ void writeResults(std::ostream& out, const std::vector<RowResult>& results, Outp
     out << "id,line,status,section,steel,class,errorCode,memberErrorCode,shearBucklingErrorCode";
     for (const std::string& name : names) out << ',' << name;
     out << ",governing,governingUtilization,fulfilled,field,message\n";
-    for (const RowResult& r : results) {
-        out << csvField(r.id) << ',' << r.line << ',' << (r.rejected ? "rejected" : "checked") << ',';
-        if (r.rejected) {
-            // Empty section .. shearBucklingErrorCode (6), utilizations, governing .. fulfilled (3).
-            for (std::size_t i = 0; i < 6 + names.size() + 3; ++i) out << ',';
-            out << csvField(r.errorField) << ',' << csvField(r.errorMessage) << '\n';
-            continue;
-        }
-        out << csvField(r.section) << ',' << r.steel << ',' << r.sectionClass << ',' << r.errorCode << ','
-            << r.memberErrorCode << ',' << r.shearBucklingErrorCode;
-        for (const auto& u : r.crossSection) out << ',' << (u ? formatNumber(u.value()) : "");
-        for (const auto& u : r.member) out << ',' << (u ? formatNumber(u.value()) : "");
-        out << ',' << r.governing << ',' << (r.governing.empty() ? "" : formatNumber(r.governingUtilization)) << ','
-            << (r.fulfilled ? "true" : "false") << ",,\n";
-    }
+    // The rows are formatted in chunks on every core, each chunk into a text of its own, and the texts
+    // written in order.
+    constexpr std::size_t chunk = 4096;
+    std::vector<std::string> texts((results.size() + chunk - 1) / chunk);
+    forEachChunk(results.size(), chunk, [&](std::size_t begin, std::size_t end) {
+        std::string& text = texts[begin / chunk];
+        text.reserve((end - begin) * 160);
+        for (std::size_t i = begin; i < end; ++i) appendCsvRow(text, results[i], names.size());
+    });
+    for (const std::string& text : texts) out.write(text.data(), static_cast<std::streamsize>(text.size()));
 }
 
 std::string summarize(const std::vector<RowResult>& results)

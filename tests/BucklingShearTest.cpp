@@ -1,5 +1,7 @@
 #include "BucklingTestAccess.h"
 
+#include <SectionCatalogue.h>
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -134,4 +136,31 @@ TEST(ShearBuckling, SumIsLimitedToTheWebYieldResistance)
     EXPECT_NEAR(m.resistance.calculateVbRd(), limit, 1e-9);
     EXPECT_GT(m.results.getVbRd(P::Flange).value(), 0.0);
     EXPECT_EQ(m.results.getChiW().value(), 1.2);
+}
+
+// A rectangular hollow section holds one wall thickness: its slender webs are checked with the same
+// thickness for the flanges, and a kind the initializer does not handle (no thickness) reads as not
+// slender. Neither may throw.
+TEST(ShearBuckling, SectionsWithOneOrNoThickness)
+{
+    auto steel = *KaConstrSteel::fromName("S355");
+    // RHS 450x250x8: hw = 450 - 2 (8 + 12) = 410 mm, hw / tw = 51.3 > 72 eps / eta = 48.8 in S355.
+    auto tube = SDBCatalogue::get("RHS 450x250x8");
+    const Forces forces(0, 50, 0, 0, 0, 200);
+    const SectionInitializer init(tube.get(), &steel, forces, VerificationControl::Classify, false);
+    ASSERT_EQ(init.getThicknessVector().size(), 1u);
+    BucklingResults results;
+    const BucklingResistance member(results, tube.get(), init, forces, MomentDistribution(), 1.0, 4.0, 0, 0, false,
+                                    false);
+    EXPECT_NO_THROW(member.verifyShearBuckling());
+    EXPECT_EQ(results.getShearBucklingErrorCode(), ErrorCode::NoError);
+    EXPECT_TRUE(results.getVbRd(BucklingResults::SectionParts::Total).hasValue());
+
+    SDBSectionPolygon polygon(0.3, 0.2);
+    const SectionInitializer none(&polygon, &steel, forces, VerificationControl::Classify, false);
+    BucklingResults noResults;
+    const BucklingResistance unhandled(noResults, &polygon, none, forces, MomentDistribution(), 1.0, 4.0, 0, 0, false,
+                                       false);
+    EXPECT_NO_THROW(unhandled.verifyShearBuckling());
+    EXPECT_EQ(noResults.getShearBucklingErrorCode(), ErrorCode::ShearBucklingNotRequired);
 }
