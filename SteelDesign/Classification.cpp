@@ -294,48 +294,21 @@ int Classification::classifyWelded(double flangeWidth, double t, double limit2, 
     return 1;
 }
 
-int Classification::visit(SDBSectionI* section)
+// Sections cut into flange and web plates.
+int Classification::classifyPlated(SDBSection* section)
 {
     section_ = section;
     classifySection(section);
     return 1;
 }
 
-int Classification::visit(SDBSectionC* section)
-{
-    section_ = section;
-    classifySection(section);
-    return 1;
-}
+int Classification::visit(SDBSectionI* section) { return classifyPlated(section); }
 
-int Classification::visit(SDBSectionRH* section)
-{
-    section_ = section;
-    classifySection(section);
-    return 1;
-}
-
-int Classification::visit(SDBSectionT* section)
-{
-    section_ = section;
-    classifySection(section);
-    return 1;
-}
-
-int Classification::visit(SDBSectionU* section)
-{
-    section_ = section;
-    classifySection(section);
-    return 1;
-}
-
-int Classification::visit(SDBSectionZ* section)
-{
-    section_ = section;
-    classifySection(section);
-    return 1;
-}
-
+int Classification::visit(SDBSectionC* section) { return classifyPlated(section); }
+int Classification::visit(SDBSectionRH* section) { return classifyPlated(section); }
+int Classification::visit(SDBSectionT* section) { return classifyPlated(section); }
+int Classification::visit(SDBSectionU* section) { return classifyPlated(section); }
+int Classification::visit(SDBSectionZ* section) { return classifyPlated(section); }
 int Classification::visit(SDBSectionL* section)
 {
     section_ = section;

@@ -72,6 +72,7 @@ public:
     int classifyAngleLeg(const FlangePart& leg) const;
 
 private:
+    int classifyPlated(SDBSection* section);
     void classifySection(SDBSection* section);
     void classifySectionL(SDBSection* section);
     int classifySectionO(SDBSectionO* section);
