@@ -24,9 +24,21 @@ BucklingResistance::BucklingResistance(BucklingResults& results, SDBSection* sec
                                        const SectionInitializer& initializer, const Forces& forces,
                                        const MomentDistribution& moments, double gammaM1, double columnLength,
                                        double C_theta, double S, bool torsionallyDeformable, bool cmFloor)
+    : BucklingResistance(results, section, initializer, forces, moments, gammaM1,
+                         BucklingLengths{columnLength, columnLength, columnLength}, C_theta, S, torsionallyDeformable,
+                         cmFloor)
+{
+}
+
+BucklingResistance::BucklingResistance(BucklingResults& results, SDBSection* section,
+                                       const SectionInitializer& initializer, const Forces& forces,
+                                       const MomentDistribution& moments, double gammaM1,
+                                       const BucklingLengths& lengths, double C_theta, double S,
+                                       bool torsionallyDeformable, bool cmFloor)
     : results_(&results), section_(section), forces_(forces), momentDistribution_(moments),
-      sectionInitializer_(initializer), gammaM1_(gammaM1), columnLength_(columnLength), C_theta_(C_theta), S_(S),
-      cmFloor_(cmFloor), torsionallyDeformable_(torsionallyDeformable)
+      sectionInitializer_(initializer), gammaM1_(gammaM1), columnLength_(lengths.y), lengthZ_(lengths.z),
+      lengthLT_(lengths.lateralTorsional), C_theta_(C_theta), S_(S), cmFloor_(cmFloor),
+      torsionallyDeformable_(torsionallyDeformable)
 {
     using Kind = SectionInitializer::SectionKind;
     const Kind type = sectionInitializer_.getSectionKind();
@@ -142,7 +154,11 @@ double BucklingResistance::calculateChi(double lambda, BucklingCurve curve, Buck
 
 double BucklingResistance::calculateBucklingLoad(double I) const
 {
-    const double L = calculateColumnLength();
+    return calculateBucklingLoad(I, calculateColumnLength());
+}
+
+double BucklingResistance::calculateBucklingLoad(double I, double L) const
+{
     if (KaMath::isFuzzyZero(L, KaMath::getEpsReal())) return 0.0;
     return KaMath::Pi * KaMath::Pi * sectionInitializer_.getEs() * I / (L * L);
 }
@@ -150,7 +166,7 @@ double BucklingResistance::calculateBucklingLoad(double I) const
 double BucklingResistance::calculateCompressionLambda(Axis axis) const
 {
     const double I = axis == Axis::z ? section_->getIz() : section_->getIy();
-    const double Ncr = calculateBucklingLoad(I);
+    const double Ncr = calculateBucklingLoad(I, bucklingLengthOf(axis));
     results_->setNcr(axis, Ncr);
     const double lambda = isValid(Ncr) ? std::sqrt(section_->getA() * sectionInitializer_.getFy() / Ncr) : 0.0;
     results_->setLambda(axis, lambda);  // an axis outside y and z is not stored

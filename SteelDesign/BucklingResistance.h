@@ -29,7 +29,7 @@ namespace SteelDesign {
 // The section and the record are borrowed (the caller keeps them alive while the verifier is used);
 // the initializer, the forces and the moment distribution are copied. gammaM1 divides every design
 // resistance (Nb,Rd, Mb,Rd, Vb,Rd and its parts) and must be positive. columnLength is the buckling
-// length about y, about z and for lateral-torsional buckling. C_theta (rotational restraint) and S
+// length about y, about z and for lateral-torsional buckling (a second constructor takes three lengths). C_theta (rotational restraint) and S
 // (shear-panel stiffness) enter the critical moment only; a magnitude below 1e-6 means none.
 //
 // Error codes: at construction, an I or T section with My fuzzy zero (1e-6) gets NotSupported (6) in
@@ -76,6 +76,21 @@ public:
                        const Forces& forces, const MomentDistribution& moments, double gammaM1,
                        double columnLength, double C_theta, double S, bool torsionallyDeformable, bool cmFloor);
 
+    // Separate buckling lengths: Lcr,y for flexural buckling about y, Lcr,z about z, and LLT, the length
+    // between lateral restraints of the compression flange, for the elastic critical moment (its Ncr,z,
+    // its torsion term and its rotational restraint). The web panel length of shear buckling,
+    // a = min(3 hw, L), takes Lcr,y, the length of the member in its plane of bending.
+    // BucklingLengths{L, L, L} gives, value for value, the results of the constructor above with L.
+    struct BucklingLengths {
+        double y = 0.0;
+        double z = 0.0;
+        double lateralTorsional = 0.0;
+    };
+    BucklingResistance(BucklingResults& results, SDBSection* section, const SectionInitializer& initializer,
+                       const Forces& forces, const MomentDistribution& moments, double gammaM1,
+                       const BucklingLengths& lengths, double C_theta, double S, bool torsionallyDeformable,
+                       bool cmFloor);
+
     // --- dispatcher and flexural buckling (6.3.1) ---------------------------------------------------
     void verifyAllResistance() const;
     void verifyAllCompressionBuckling() const;
@@ -110,8 +125,13 @@ private:
     double calculateNbyRd() const;
     double calculateNbzRd() const;
     double calculateCompressionLambda(Axis axis) const;
+    // Ncr = pi^2 E I / L^2 with the length L of the constructor taking one length.
     double calculateBucklingLoad(double I) const;
+    // The same with a given length: Lcr,y, Lcr,z or LLT.
+    double calculateBucklingLoad(double I, double L) const;
     double calculateColumnLength() const { return columnLength_; }
+    // The buckling length about an axis: Lcr,z for z, Lcr,y for any other value (as the second moment).
+    double bucklingLengthOf(Axis axis) const { return axis == Axis::z ? lengthZ_ : columnLength_; }
     // The reduction factor: (6.49) for flexural buckling and the general case of lateral-torsional
     // buckling, (6.57) with (6.58) when type is Bending and the mode is RolledLTB or forceLTBMethod is set.
     double calculateChi(double lambda, BucklingCurve curve, BucklingType type, bool forceLTBMethod) const;
@@ -187,7 +207,9 @@ private:
     MomentValues momentDistribution_;
     SectionInitializer sectionInitializer_;
     double gammaM1_;
-    double columnLength_;
+    double columnLength_;  // Lcr,y, and the web panel length of shear buckling
+    double lengthZ_;       // Lcr,z
+    double lengthLT_;      // LLT
     double C_theta_;
     double S_;
     bool cmFloor_;

@@ -222,7 +222,7 @@ double BucklingResistance::calculateElasticCriticalMoment() const
     const MomentDiagram diagram = momentDistribution_.getMomentDiagram(Axis::y);
     const double psi = psiMagnitude(m);
     const double zp = findApplicationPointZ();
-    const double L = calculateColumnLength();
+    const double L = lengthLT_;
     const double E = sectionInitializer_.getEs();
     const double G = sectionInitializer_.getG();
     const double Iw = sectionInitializer_.getIw();
@@ -234,7 +234,7 @@ double BucklingResistance::calculateElasticCriticalMoment() const
     const double ITeff = thetaGiven_ && isValid(G) ? IT + C_theta_ * L * L / (pi2 * G) : IT;
     // G / (pi^2 E) = 0.039 for steel.
     const double c2 = isValid(Iz) ? (Iw + 0.039 * L * L * ITeff) / Iz : 0.0;
-    const double Ncrz = calculateBucklingLoad(Iz);
+    const double Ncrz = calculateBucklingLoad(Iz, L);
     const double Mcr0 = Ncrz * (std::sqrt(c2 + 0.25 * zp * zp) + 0.5 * zp);
     const double Mmax = momentDistribution_.getMaxMomentValue();
 

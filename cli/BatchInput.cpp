@@ -25,16 +25,17 @@ const char* const knownColumns[] = {"id",       "section",  "steel",      "N",  
                                     "MyStart",  "MyMid",    "MyEnd",      "diagramY",   "MzStart",
                                     "MzMid",    "MzEnd",    "diagramZ",   "loadPoint",  "maxMoment",
                                     "mcr",      "cTheta",   "shearPanel", "gammaM0",    "gammaM1",
-                                    "rolledMethod", "torsionallyDeformable", "cmFloor", "elastic"};
+                                    "rolledMethod", "torsionallyDeformable", "cmFloor", "elastic",
+                                    "lengthY",  "lengthZ",  "lengthLT"};
 constexpr std::size_t columnCount = std::size(knownColumns);
 
 // The known columns by their index in knownColumns.
 enum Column : std::size_t {
     cId, cSection, cSteel, cN, cMy, cMz, cMt, cVy, cVz, cLength, cMyStart, cMyMid, cMyEnd, cDiagramY, cMzStart,
     cMzMid, cMzEnd, cDiagramZ, cLoadPoint, cMaxMoment, cMcr, cCTheta, cShearPanel, cGammaM0, cGammaM1,
-    cRolledMethod, cTorsionallyDeformable, cCmFloor, cElastic
+    cRolledMethod, cTorsionallyDeformable, cCmFloor, cElastic, cLengthY, cLengthZ, cLengthLT
 };
-static_assert(cElastic + 1 == columnCount);
+static_assert(cLengthLT + 1 == columnCount);
 
 // The index of a known column name, or columnCount.
 std::size_t columnOf(std::string_view name)
@@ -133,10 +134,11 @@ public:
         if (!value) fail(field, "missing value");
         return *value;
     }
-    bool flag(Column field) const
+    bool flag(Column field) const { return optionalFlag(field).value_or(false); }
+    std::optional<bool> optionalFlag(Column field) const
     {
         auto value = text(field);
-        if (!value) return false;
+        if (!value) return std::nullopt;
         const std::string v = lower(*value);
         if (v == "true" || v == "yes" || v == "1") return true;
         if (v == "false" || v == "no" || v == "0") return false;
@@ -181,6 +183,11 @@ BatchRow parseRow(const CellViews& cells, std::size_t line)
         row.Vz = r.requiredNumber(cVz);
         row.length = r.requiredNumber(cLength);
         if (row.length < 0.0) r.fail(cLength, "must not be negative");
+        row.lengthY = r.number(cLengthY);
+        row.lengthZ = r.number(cLengthZ);
+        row.lengthLT = r.number(cLengthLT);
+        for (Column field : {cLengthY, cLengthZ, cLengthLT})
+            if (auto v = r.number(field); v && *v < 0.0) r.fail(field, "must not be negative");
         row.momentsY = {r.number(cMyStart).value_or(row.My), r.number(cMyMid).value_or(row.My),
                         r.number(cMyEnd).value_or(row.My)};
         row.momentsZ = {r.number(cMzStart).value_or(row.Mz), r.number(cMzMid).value_or(row.Mz),
@@ -198,7 +205,7 @@ BatchRow parseRow(const CellViews& cells, std::size_t line)
             if (auto g = r.number(field); g && *g <= 0.0) r.fail(field, "must be positive");
         for (Column field : {cMcr, cCTheta, cShearPanel})
             if (auto v = r.number(field); v && *v < 0.0) r.fail(field, "must not be negative");
-        row.rolledMethod = r.flag(cRolledMethod);
+        row.rolledMethod = r.optionalFlag(cRolledMethod);
         row.torsionallyDeformable = r.flag(cTorsionallyDeformable);
         row.cmFloor = r.flag(cCmFloor);
         row.elastic = r.flag(cElastic);

@@ -6,13 +6,16 @@
 //   id, section, steel                         required text
 //   N, My, Mz, Mt, Vy, Vz                      required numbers (kN, kNm; compression negative)
 //   length                                     required number (m): buckling length, 0 = no member check
+//   lengthY, lengthZ, lengthLT                 optional numbers (m): Lcr,y, Lcr,z and LLT when they differ
+//                                              from length (a member is checked when one of them is > 0)
 //   MyStart, MyMid, MyEnd, diagramY            moment diagram about y (kNm; polygonal | parabolic)
 //   MzStart, MzMid, MzEnd, diagramZ            the same about z
 //   loadPoint                                  center | top | bottom
 //   maxMoment, mcr, cTheta, shearPanel         optional numbers (kNm, kNm, kNm/m, kN)
 //   gammaM0, gammaM1                           optional partial factors (default: the standard's)
-//   rolledMethod, torsionallyDeformable,       optional booleans (true/false, yes/no, 1/0)
-//   cmFloor, elastic
+//   rolledMethod                               optional boolean: true 6.3.2.3, false 6.3.2.2, empty: 6.3.2.3
+//                                              for I sections, 6.3.2.2 for the other kinds
+//   torsionallyDeformable, cmFloor, elastic    optional booleans (true/false, yes/no, 1/0)
 //
 // An empty cell (or a JSON null) of an optional column takes its default; of a required one it rejects
 // the row. The moment values default to the row's My (Mz) at all three points.
@@ -32,10 +35,12 @@ struct MemberRow {
     std::string id, section, steel;
     double N = 0.0, My = 0.0, Mz = 0.0, Mt = 0.0, Vy = 0.0, Vz = 0.0;
     double length = 0.0;
+    std::optional<double> lengthY, lengthZ, lengthLT;
     std::array<double, 3> momentsY{}, momentsZ{};
     std::string diagramY = "polygonal", diagramZ = "polygonal", loadPoint = "center";
     std::optional<double> maxMoment, mcr, cTheta, shearPanel, gammaM0, gammaM1;
-    bool rolledMethod = false, torsionallyDeformable = false, cmFloor = false, elastic = false;
+    std::optional<bool> rolledMethod;  // empty: chosen by the section kind
+    bool torsionallyDeformable = false, cmFloor = false, elastic = false;
 };
 
 // A row that cannot be checked: its line, its id when known, the field and what is wrong.

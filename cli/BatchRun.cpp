@@ -1,9 +1,9 @@
 #include "BatchRun.h"
 
-#include "Evaluation.h"
 #include "Parallel.h"
 
 #include <SectionCatalogue.h>
+#include <design/SectionNotation.h>
 
 #include <nlohmann/json.hpp>
 
@@ -27,29 +27,29 @@ using namespace SteelDesign;
 
 namespace {
 
-using R = VerificationResults;
-using BT = BucklingResults::UtilizationType;
-
-const R::UtilizationType crossSectionTypes[7] = {R::Axial,        R::Torsion,      R::Bending,          R::Shear,
-                                                 R::AxialBending, R::ShearBending, R::AxialShearBending};
-
-// Sections are looked up once per designation and shared read-only by the worker threads: the checks
-// only read a section.
+// Sections are looked up once per designation (catalogue or dimensions) and shared read-only by the
+// worker threads: the checks only read a section. A name that gives no section keeps its message.
 class SectionCache {
 public:
-    SDBSection* get(const std::string& name)
+    struct Entry {
+        std::unique_ptr<SDBSection> section;
+        std::string error;
+    };
+    const Entry& get(const std::string& name)
     {
         const std::string key = SDBCatalogue::normalise(name);
         std::lock_guard<std::mutex> lock(mutex_);
         auto it = std::find_if(entries_.begin(), entries_.end(), [&](const auto& e) { return e.first == key; });
-        if (it != entries_.end()) return it->second.get();
-        entries_.emplace_back(key, SDBCatalogue::find(name));
-        return entries_.back().second.get();
+        if (it != entries_.end()) return *it->second;
+        auto entry = std::make_unique<Entry>();
+        entry->section = design::makeSection(name, entry->error);
+        entries_.emplace_back(key, std::move(entry));
+        return *entries_.back().second;
     }
 
 private:
     std::mutex mutex_;
-    std::vector<std::pair<std::string, std::unique_ptr<SDBSection>>> entries_;
+    std::vector<std::pair<std::string, std::unique_ptr<Entry>>> entries_;
 };
 
 MomentDiagram diagramOf(const std::string& text)
@@ -67,17 +67,6 @@ ApplicationPoint loadPointOf(const std::string& text)
 // Ranks a utilization; a value that is not a number counts as the largest (it is never fulfilled).
 double rank(double u) { return std::isnan(u) ? std::numeric_limits<double>::infinity() : u; }
 
-// The largest present utilization of the types, or absent.
-kat::Nullable<double> largestOf(const BucklingResults& results, std::initializer_list<BT> types)
-{
-    kat::Nullable<double> largest;
-    for (BT type : types) {
-        const kat::Nullable<double> u = results.getUtilization(type);
-        if (u.hasValue() && (!largest.hasValue() || rank(u.value()) > rank(largest.value()))) largest = u.value();
-    }
-    return largest;
-}
-
 // JSON has no infinity or NaN: such a utilization is written as the string "inf", "-inf" or "nan".
 nlohmann::json utilizationJson(const kat::Nullable<double>& u)
 {
@@ -90,7 +79,7 @@ nlohmann::json utilizationJson(const kat::Nullable<double>& u)
 
 MomentDistribution memberMoments(const MemberRow& row)
 {
-    return makeMoments(row.momentsY, diagramOf(row.diagramY), row.momentsZ, diagramOf(row.diagramZ), row.maxMoment,
+    return design::makeMoments(row.momentsY, diagramOf(row.diagramY), row.momentsZ, diagramOf(row.diagramZ), row.maxMoment,
                        loadPointOf(row.loadPoint), row.mcr.value_or(0.0));
 }
 
@@ -105,40 +94,41 @@ RowResult rejected(std::size_t line, const std::string& id, const std::string& f
     return r;
 }
 
-// known: the row's section when the caller has looked it up already, else null.
-RowResult evaluate(const BatchRow& parsed, SectionCache& sections, SDBSection* known = nullptr)
+// known: the row's section entry when the caller has looked it up already, else null.
+RowResult evaluate(const BatchRow& parsed, SectionCache& sections, const SectionCache::Entry* known = nullptr)
 {
     if (const auto* error = std::get_if<RowError>(&parsed))
         return rejected(error->line, error->id, error->field, error->message);
     const MemberRow& row = std::get<MemberRow>(parsed);
-    SDBSection* section = known ? known : sections.get(row.section);
-    if (!section) {
-        std::string message = "unknown section '" + row.section + "'";
-        const auto nearest = SDBCatalogue::findNearest(row.section, 3);
-        if (!nearest.empty()) message += " (did you mean '" + nearest.front() + "'?)";
-        return rejected(row.line, row.id, "section", message);
-    }
+    const SectionCache::Entry& entry = known ? *known : sections.get(row.section);
+    SDBSection* section = entry.section.get();
+    if (!section) return rejected(row.line, row.id, "section", entry.error);
     auto steel = KaConstrSteel::fromName(row.steel);
     if (!steel) return rejected(row.line, row.id, "steel", "unknown steel grade '" + row.steel + "'");
 
     const Forces forces(row.N, row.My, row.Mz, row.Mt, row.Vy, row.Vz);
-    const CrossSectionRequest cross{section, &*steel, forces, row.gammaM0.value_or(0.0), row.elastic};
-    MemberRequest member;
-    if (row.length > 0.0) {
+    const design::CrossSectionRequest cross{section, &*steel, forces, row.gammaM0.value_or(0.0), row.elastic};
+    const design::BucklingLengths lengths = design::resolveLengths(
+        row.length > 0.0 ? std::optional<double>(row.length) : std::nullopt, row.lengthY, row.lengthZ, row.lengthLT);
+    const bool memberChecked = design::anyLength(lengths);
+    design::MemberRequest member;
+    if (memberChecked) {
         member.section = section;
         member.steel = &*steel;
         member.forces = forces;
         member.moments = memberMoments(row);
-        member.length = row.length;
-        member.gammaM1 = row.gammaM1.value_or(defaultGammaM1);
+        member.lengths = lengths;
+        member.gammaM1 = row.gammaM1.value_or(design::defaultGammaM1);
         member.cTheta = row.cTheta.value_or(0.0);
         member.shearPanel = row.shearPanel.value_or(0.0);
-        member.rolledMethod = row.rolledMethod;
+        member.method = !row.rolledMethod ? design::LateralTorsionalMethod::Automatic
+                        : *row.rolledMethod ? design::LateralTorsionalMethod::Rolled
+                                            : design::LateralTorsionalMethod::General;
         member.torsionallyDeformable = row.torsionallyDeformable;
         member.cmFloor = row.cmFloor;
         member.elastic = row.elastic;
     }
-    RowResult r = evaluateChecks(cross, row.length > 0.0 ? &member : nullptr);
+    RowResult r = evaluateChecks(cross, memberChecked ? &member : nullptr);
     r.line = row.line;
     r.id = row.id;
     return r;
@@ -146,42 +136,10 @@ RowResult evaluate(const BatchRow& parsed, SectionCache& sections, SDBSection* k
 
 } // namespace
 
-RowResult evaluateChecks(const CrossSectionRequest& crossRequest, const MemberRequest* memberRequest)
+RowResult evaluateChecks(const design::CrossSectionRequest& cross, const design::MemberRequest* member)
 {
     RowResult r;
-    r.section = crossRequest.section->getName();
-    r.steel = crossRequest.steel->getName();
-
-    const CrossSectionOutcome cross = evaluateCrossSection(crossRequest);
-    r.sectionClass = cross.initializer.getClass();
-    r.errorCode = static_cast<int>(cross.initializer.getErrorCode());
-    for (std::size_t i = 0; i < 7; ++i) r.crossSection[i] = cross.results.getUtilization(crossSectionTypes[i]);
-    r.fulfilled = cross.verdict;
-
-    if (memberRequest) {
-        r.memberChecked = true;
-        const MemberOutcome member = evaluateMember(*memberRequest);
-        r.memberErrorCode = static_cast<int>(member.results.getErrorCode());
-        r.shearBucklingErrorCode = static_cast<int>(member.results.getShearBucklingErrorCode());
-        r.member[0] = largestOf(member.results, {BT::CompressionAxisY, BT::CompressionAxisZ, BT::Compression});
-        r.member[1] = largestOf(member.results, {BT::BendingAxisY, BT::BendingAxisZ, BT::Bending});
-        r.member[2] = largestOf(member.results,
-                                {BT::CompressionBendingAxisY, BT::CompressionBendingAxisZ, BT::CompressionBending});
-        r.member[3] = member.results.getUtilizationShearBuckling();
-        r.fulfilled = r.fulfilled && member.verdict;
-    }
-
-    const auto& names = utilizationNames();
-    bool any = false;
-    auto consider = [&](const kat::Nullable<double>& u, const std::string& name) {
-        if (u.hasValue() && (!any || rank(u.value()) > rank(r.governingUtilization))) {
-            any = true;
-            r.governing = name;
-            r.governingUtilization = u.value();
-        }
-    };
-    for (std::size_t i = 0; i < 7; ++i) consider(r.crossSection[i], names[i]);
-    for (std::size_t i = 0; i < 4; ++i) consider(r.member[i], names[7 + i]);
+    static_cast<design::DesignSummary&>(r) = design::designMember(cross, member);
     return r;
 }
 
@@ -228,8 +186,8 @@ void appendCsvRow(std::string& buffer, const RowResult& r, std::size_t utilizati
     appendInteger(buffer, r.line);
     buffer += r.rejected ? ",rejected," : ",checked,";
     if (r.rejected) {
-        // Empty section .. shearBucklingErrorCode (6), utilizations, governing .. fulfilled (3).
-        buffer.append(6 + utilizationCount + 3, ',');
+        // Empty section .. shearBucklingErrorCode (6), utilizations, governing .. reason (5).
+        buffer.append(6 + utilizationCount + 5, ',');
         appendCsvField(buffer, r.errorField);
         buffer += ',';
         appendCsvField(buffer, r.errorMessage);
@@ -255,7 +213,11 @@ void appendCsvRow(std::string& buffer, const RowResult& r, std::size_t utilizati
     buffer += r.governing;
     buffer += ',';
     if (!r.governing.empty()) appendNumber(buffer, r.governingUtilization);
-    buffer += r.fulfilled ? ",true,,\n" : ",false,,\n";
+    buffer += r.fulfilled ? ",true," : ",false,";
+    buffer += design::toString(r.verdict);
+    buffer += ',';
+    if (r.limitations != 0) appendCsvField(buffer, design::describeAll(r.limitations));
+    buffer += ",,\n";
 }
 
 nlohmann::json jsonOfRow(const RowResult& r)
@@ -286,21 +248,16 @@ nlohmann::json jsonOfRow(const RowResult& r)
     j["governingUtilization"] =
         r.governing.empty() ? nlohmann::json(nullptr) : utilizationJson(kat::Nullable<double>(r.governingUtilization));
     j["fulfilled"] = r.fulfilled;
+    j["verdict"] = design::toString(r.verdict);
+    j["notVerified"] = r.limitations != 0 ? nlohmann::json(design::describeAll(r.limitations)) : nlohmann::json(nullptr);
+    j["lateralTorsionalMethod"] =
+        r.memberChecked ? nlohmann::json(r.rolledMethod ? "6.3.2.3" : "6.3.2.2") : nlohmann::json(nullptr);
     return j;
 }
 
 } // namespace
 
 nlohmann::json resultJson(const RowResult& r) { return jsonOfRow(r); }
-
-const std::vector<std::string>& utilizationNames()
-{
-    static const std::vector<std::string> names{
-        "Axial",        "Torsion",           "Bending",           "Shear",          "AxialBending",
-        "ShearBending", "AxialShearBending", "memberCompression", "memberBending", "memberCompressionBending",
-        "memberShearBuckling"};
-    return names;
-}
 
 RowResult evaluateRow(const BatchRow& row)
 {
@@ -314,13 +271,13 @@ std::vector<RowResult> runBatch(const std::vector<BatchRow>& rows, unsigned jobs
     SectionCache sections;
     // Every row's section is looked up before the threads start, so that the workers need no lock.
     // A designation spelled as before is not normalised again.
-    std::vector<SDBSection*> sectionOf(rows.size(), nullptr);
-    std::unordered_map<std::string, SDBSection*> bySpelling;
+    std::vector<const SectionCache::Entry*> sectionOf(rows.size(), nullptr);
+    std::unordered_map<std::string, const SectionCache::Entry*> bySpelling;
     for (std::size_t i = 0; i < rows.size(); ++i) {
         const auto* member = std::get_if<MemberRow>(&rows[i]);
         if (!member) continue;
         auto [it, added] = bySpelling.try_emplace(member->section, nullptr);
-        if (added) it->second = sections.get(member->section);
+        if (added) it->second = &sections.get(member->section);
         sectionOf[i] = it->second;
     }
 
@@ -372,7 +329,7 @@ void writeResults(std::ostream& out, const std::vector<RowResult>& results, Outp
     }
     out << "id,line,status,section,steel,class,errorCode,memberErrorCode,shearBucklingErrorCode";
     for (const std::string& name : names) out << ',' << name;
-    out << ",governing,governingUtilization,fulfilled,field,message\n";
+    out << ",governing,governingUtilization,fulfilled,verdict,reason,field,message\n";
     // The rows are formatted in chunks on every core, each chunk into a text of its own, and the texts
     // written in order.
     constexpr std::size_t chunk = 4096;
@@ -387,14 +344,16 @@ void writeResults(std::ostream& out, const std::vector<RowResult>& results, Outp
 
 std::string summarize(const std::vector<RowResult>& results)
 {
-    std::size_t fulfilled = 0, notFulfilled = 0, rejectedRows = 0;
+    std::size_t fulfilled = 0, notFulfilled = 0, notVerified = 0, rejectedRows = 0;
     std::vector<const RowResult*> checked;
     for (const RowResult& r : results) {
         if (r.rejected) {
             ++rejectedRows;
             continue;
         }
-        (r.fulfilled ? fulfilled : notFulfilled)++;
+        (r.verdict == design::Verdict::Fulfilled      ? fulfilled
+         : r.verdict == design::Verdict::NotFulfilled ? notFulfilled
+                                                      : notVerified)++;
         if (!r.governing.empty()) checked.push_back(&r);
     }
     const std::size_t top = std::min<std::size_t>(5, checked.size());
@@ -404,14 +363,24 @@ std::string summarize(const std::vector<RowResult>& results)
         return a->line < b->line;
     });
     std::string out = "rows " + std::to_string(results.size()) + ", fulfilled " + std::to_string(fulfilled) +
-                      ", not fulfilled " + std::to_string(notFulfilled) + ", rejected " + std::to_string(rejectedRows) +
-                      "\n";
+                      ", not fulfilled " + std::to_string(notFulfilled) + ", not verified " +
+                      std::to_string(notVerified) + ", rejected " + std::to_string(rejectedRows) + "\n";
     if (top > 0) out += "highest utilizations:\n";
     for (std::size_t i = 0; i < top; ++i) {
         char line[256];
         std::snprintf(line, sizeof line, "  %-16s %8.3f  %s (%s)\n", checked[i]->id.c_str(),
                       checked[i]->governingUtilization, checked[i]->governing.c_str(), checked[i]->section.c_str());
         out += line;
+    }
+    std::size_t shown = 0;
+    for (const RowResult& r : results) {
+        if (r.rejected || r.verdict != design::Verdict::NotVerified) continue;
+        if (++shown > 5) {
+            out += "  ... " + std::to_string(notVerified - 5) + " more rows not verified\n";
+            break;
+        }
+        out += "not verified: line " + std::to_string(r.line) + (r.id.empty() ? "" : " (" + r.id + ")") + ": " +
+               design::describeAll(r.limitations) + "\n";
     }
     for (const RowResult& r : results)
         if (r.rejected)
@@ -422,12 +391,13 @@ std::string summarize(const std::vector<RowResult>& results)
 
 int exitCodeOf(const std::vector<RowResult>& results)
 {
-    bool anyNotFulfilled = false;
+    bool anyNotFulfilled = false, anyNotVerified = false;
     for (const RowResult& r : results) {
         if (r.rejected) return 2;
-        if (!r.fulfilled) anyNotFulfilled = true;
+        if (r.verdict == design::Verdict::NotFulfilled) anyNotFulfilled = true;
+        if (r.verdict == design::Verdict::NotVerified) anyNotVerified = true;
     }
-    return anyNotFulfilled ? 1 : 0;
+    return anyNotFulfilled ? 1 : anyNotVerified ? 3 : 0;
 }
 
 BatchFormat sniffFormat(std::istream& in)

@@ -1,12 +1,13 @@
 // `steeldesign check NAME --steel GRADE [forces] [--gamma-m0 X] [--elastic] [--mode N] [--situation S]
 // [--json]`: the cross-section resistance check of EN 1993-1-1 6.2 at one point.
-// Exit code 0 when every check is fulfilled, 1 when one is not (or the check is not supported for the
-// section under these actions), 2 for bad input.
+// Exit code 0 when every check is fulfilled, 1 when one is not, 2 for bad input, 3 when the check could
+// not be verified (class 4, or not supported for the section under these actions: error code 6).
 
 #include "Commands.h"
-#include "Evaluation.h"
 #include "Options.h"
 #include "Report.h"
+
+#include <design/CrossSectionCheck.h>
 
 #include <KaMaterial.h>
 
@@ -67,12 +68,13 @@ void run(const CheckOptions& o, CommandResult& result)
     o.standard.apply();
     if (o.gammaM0 < 0.0) throw InputError("--gamma-m0: must not be negative, got " + number(o.gammaM0, 4));
     const Forces forces = o.forces.toForces();
-    const CrossSectionOutcome outcome = evaluateCrossSection({section.get(), &steel, forces, o.gammaM0, o.elastic});
+    const design::CrossSectionOutcome outcome =
+        design::evaluateCrossSection({section.get(), &steel, forces, o.gammaM0, o.elastic});
     const SectionInitializer& init = outcome.initializer;
     const R& results = outcome.results;
     const bool allFulfilled = outcome.allFulfilled;
     const ErrorCode error = init.getErrorCode();
-    const bool verdict = outcome.verdict;
+    const design::Verdict verdict = outcome.verdict;
 
     if (o.json) {
         nlohmann::json utilizations = nlohmann::json::object();
@@ -92,6 +94,9 @@ void run(const CheckOptions& o, CommandResult& result)
             {"utilizations", utilizations},
             {"fulfilled", fulfilled},
             {"allFulfilled", allFulfilled},
+            {"verdict", design::toString(verdict)},
+            {"notVerified", outcome.limitations ? nlohmann::json(design::describeAll(outcome.limitations))
+                                                : nlohmann::json(nullptr)},
             {"NRd", nullableJson(results.getNRd())},
             {"NRdLimit", nullableJson(results.getNRdLimit())},
             {"MRd", {{"y", results.getMRd(Axis::y).value()}, {"z", results.getMRd(Axis::z).value()}}},
@@ -147,9 +152,9 @@ void run(const CheckOptions& o, CommandResult& result)
                   << ", biaxial bending " << yesNo(results.getBiaxialBending()) << "\n";
         if (error != ErrorCode::NoError)
             std::cout << "error code " << static_cast<int>(error) << ": " << SteelDesign::describe(error) << "\n";
-        std::cout << "verdict: " << (verdict ? "FULFILLED" : "NOT FULFILLED") << "\n";
+        std::cout << verdictLine(verdict, outcome.limitations);
     }
-    result.exitCode = verdict ? exitFulfilled : exitNotFulfilled;
+    result.exitCode = design::exitCodeOf(verdict);
 }
 
 } // namespace
@@ -157,8 +162,8 @@ void run(const CheckOptions& o, CommandResult& result)
 void registerCheckCommand(CLI::App& app, CommandResult& result)
 {
     auto options = std::make_shared<CheckOptions>();
-    CLI::App* sub = app.add_subcommand("check", "cross-section resistance to EN 1993-1-1 6.2 (exit 0 fulfilled, 1 not)");
-    sub->add_option("NAME", options->name, "catalogue designation, e.g. \"IPE 300\"")->required();
+    CLI::App* sub = app.add_subcommand("check", "cross-section resistance to EN 1993-1-1 6.2 (exit 0 fulfilled, 1 not, 3 not verified)");
+    sub->add_option("NAME", options->name, "catalogue designation or dimensions, e.g. \"IPE 300\", \"WI 1200x300x8x20\"")->required();
     options->steel.addTo(*sub);
     options->forces.addTo(*sub);
     sub->add_option("--gamma-m0", options->gammaM0, "partial factor gammaM0 (default: from the standard mode)")

@@ -1,16 +1,18 @@
-// `steeldesign member NAME --steel GRADE --length L [forces] [--gamma-m1 X] [moment diagram options]
-// [--mode N] [--situation S] [--json]`: the member checks of EN 1993-1-1 6.3 (flexural buckling,
-// lateral-torsional buckling, compression with bending) and shear buckling of the web (EN 1993-1-5 5).
+// `steeldesign member NAME --steel GRADE --length L | --lcr-y LY --lcr-z LZ --l-lt LLT [forces]
+// [--gamma-m1 X] [moment diagram options] [--general-method] [--mode N] [--situation S] [--json]`: the
+// member checks of EN 1993-1-1 6.3 (flexural buckling, lateral-torsional buckling, compression with
+// bending) and shear buckling of the web (EN 1993-1-5 5).
 //
-// Verdict: fulfilled when every utilization the checks produced is at most 1.0. The member check covers
-// compression, bending about y, and compression with bending about y; for other actions (tension with
-// bending, Mz without My) it produces no utilization, and the command then reports that no member check
-// applies and exits 0 (JSON "fulfilled": null). The error code of an I or T section without My (6) is
-// reported but does not fail the verdict: the flexural checks run regardless of it.
-// Exit code 0 fulfilled (or nothing to verify), 1 not fulfilled, 2 bad input.
+// Verdict: fulfilled when every utilization the checks produced is at most 1.0 and nothing was left
+// unverified; not fulfilled when one exceeds 1.0; not verified when the member check does not cover the
+// actions (tension with bending, Mz without My, Mz with My but no compression), the section is class 4,
+// or (6.61) lacks chiLT,mod because the general method was chosen. With no action that needs a member
+// check (tension alone, shear alone) the command says so and exits 0 (JSON "verdict": "not applicable").
+// The error code of an I or T section without My (6) is reported but does not fail the verdict: the
+// flexural checks run regardless of it.
+// Exit code 0 fulfilled (or nothing to verify), 1 not fulfilled, 2 bad input, 3 not verified.
 
 #include "Commands.h"
-#include "Evaluation.h"
 #include "MemberOptions.h"
 #include "Options.h"
 #include "Report.h"
@@ -83,22 +85,21 @@ void run(const MemberCommandOptions& options, CommandResult& result)
     auto section = lookupSection(options.name);
     KaConstrSteel steel = options.steel.resolve();
     const MemberOptions& o = options.member;
-    const MemberRequest request = o.toRequest(section.get(), &steel);
+    if (!o.memberChecked())
+        throw InputError("--length: a positive buckling length is needed (--length, or --lcr-y / --lcr-z / --l-lt)");
+    const design::MemberRequest request = o.toRequest(section.get(), &steel);
     const Forces& forces = request.forces;
-    const MemberOutcome outcome = evaluateMember(request);  // the same evaluation as `batch`
+    const design::MemberOutcome outcome = design::evaluateMember(request);  // the same evaluation as `batch`
     const SectionInitializer& init = outcome.initializer;
     const BucklingResults& r = outcome.results;
-
-    bool any = false, fulfilled = true;
-    for (U type : allTypes) {
-        if (!r.getUtilization(type).hasValue()) continue;
-        any = true;
-        fulfilled = fulfilled && r.isFulfilled(type);
-    }
-    if (const auto u = r.getUtilizationShearBuckling()) {
-        any = true;
-        fulfilled = fulfilled && r.isVerified(u.value());
-    }
+    const design::BucklingLengths& lengths = request.lengths;
+    // Nothing to verify: no utilization and nothing left out.
+    const bool notApplicable = !outcome.anyComputed && outcome.limitations == 0;
+    const bool unverified61 = (outcome.limitations & design::InteractionNeedsRolledMethod) != 0;
+    auto shownUtilization = [&](U type) -> kat::Nullable<double> {
+        if (unverified61 && (type == U::CompressionBendingAxisY || type == U::CompressionBending)) return {};
+        return r.getUtilization(type);
+    };
     const bool flexural = r.getChi(Axis::y).hasValue();
     const bool lateralTorsional = r.getBucklingCurveBending().hasValue();
     const bool interaction = r.getUtilization(U::CompressionBendingAxisY).hasValue();
@@ -116,18 +117,24 @@ void run(const MemberCommandOptions& options, CommandResult& result)
             return v.hasValue() ? finiteOrNull(v.value()) : nlohmann::json(nullptr);
         };
         nlohmann::json utilizations = nlohmann::json::object();
-        for (U type : allTypes) utilizations[toString(type)] = opt(r.getUtilization(type));
+        for (U type : allTypes) utilizations[toString(type)] = opt(shownUtilization(type));
         nlohmann::json out = {
             {"section", section->getName()},
             {"steel", steel.getName()},
             {"fy", fy},
-            {"length", o.length},
+            {"length",
+             {{"y", lengths.y}, {"z", lengths.z}, {"LT", lengths.lateralTorsional}}},
+            {"lateralTorsionalMethod", outcome.rolledMethod ? "6.3.2.3" : "6.3.2.2"},
             {"gammaM1", o.gammaM1},
             {"class", r.getClass()},
             {"errorCode", static_cast<int>(r.getErrorCode())},
             {"shearBucklingErrorCode", static_cast<int>(r.getShearBucklingErrorCode())},
             {"utilizations", utilizations},
-            {"fulfilled", any ? nlohmann::json(fulfilled) : nlohmann::json(nullptr)},
+            {"fulfilled", notApplicable ? nlohmann::json(nullptr)
+                                        : nlohmann::json(outcome.verdict == design::Verdict::Fulfilled)},
+            {"verdict", notApplicable ? "not applicable" : design::toString(outcome.verdict)},
+            {"notVerified", outcome.limitations ? nlohmann::json(design::describeAll(outcome.limitations))
+                                                : nlohmann::json(nullptr)},
             {"Ncr", flexural ? axes(r.getNcr(Axis::y), r.getNcr(Axis::z)) : nullAxes},
             {"lambda", flexural ? axes(r.getLambda(Axis::y), r.getLambda(Axis::z)) : nullAxes},
             {"chi", {{"y", opt(r.getChi(Axis::y))}, {"z", opt(r.getChi(Axis::z))}}},
@@ -171,7 +178,9 @@ void run(const MemberCommandOptions& options, CommandResult& result)
         std::cout << "Member check to EN 1993-1-1 6.3 and EN 1993-1-5 5\n"
                   << "section " << section->getName() << ", steel " << steel.getName() << ", fy = "
                   << number(fy / 1000.0, 0) << " N/mm2, gammaM1 = " << number(o.gammaM1, 2)
-                  << ", buckling length L = " << number(o.length, 3) << " m\n"
+                  << "\n"
+                  << "buckling lengths: Lcr,y = " << number(lengths.y, 3) << " m, Lcr,z = " << number(lengths.z, 3)
+                  << " m, LLT = " << number(lengths.lateralTorsional, 3) << " m\n"
                   << "actions: " << describeForces(forces) << "\n"
                   << "cross-section class: " << r.getClass() << "\n";
         if (flexural) {
@@ -214,11 +223,11 @@ void run(const MemberCommandOptions& options, CommandResult& result)
             line("kyz", number(r.getInteractionFactor(K::kyz), 4), "");
             line("kzy", number(r.getInteractionFactor(K::kzy), 4), "");
             line("kzz", number(r.getInteractionFactor(K::kzz), 4), "");
-            line("(6.61)", valueText(r.getUtilization(U::CompressionBendingAxisY), 3), "");
+            if (unverified61)
+                line("(6.61)", "not verified: needs chiLT,mod of 6.3.2.3 (the general method was chosen)", "");
+            else
+                line("(6.61)", valueText(r.getUtilization(U::CompressionBendingAxisY), 3), "");
             line("(6.62)", valueText(r.getUtilization(U::CompressionBendingAxisZ), 3), "");
-            if (!r.getChiLTmod().hasValue())
-                std::cout << "  note: (6.61) needs chiLT,mod of the method for rolled sections (6.3.2.3); use "
-                             "--rolled-method or --mode RolledLTB\n";
         }
         std::cout << "\nshear buckling of the web (EN 1993-1-5 5)\n";
         line("hw/tw", number(hwtw, 1) + " against 72 eps / eta = " + number(limit, 1), "");
@@ -235,7 +244,7 @@ void run(const MemberCommandOptions& options, CommandResult& result)
 
         std::cout << "\nutilizations\n";
         for (U type : allTypes) {
-            const auto u = r.getUtilization(type);
+            const auto u = shownUtilization(type);
             if (!u.hasValue()) continue;
             char buffer[160];
             std::snprintf(buffer, sizeof buffer, "  %-24s %8s  %-13s %s\n", toString(type), valueText(u, 3).c_str(),
@@ -245,13 +254,13 @@ void run(const MemberCommandOptions& options, CommandResult& result)
         if (r.getErrorCode() != ErrorCode::NoError)
             std::cout << "error code " << static_cast<int>(r.getErrorCode()) << ": "
                       << SteelDesign::describe(r.getErrorCode()) << " (the flexural checks run regardless)\n";
-        if (!any)
+        if (notApplicable)
             std::cout << "verdict: no member check applies to these actions (the member check covers compression, "
-                         "bending about y and both together)\n";
+                         "bending about y and both together; tension alone is a cross-section check)\n";
         else
-            std::cout << "verdict: " << (fulfilled ? "FULFILLED" : "NOT FULFILLED") << "\n";
+            std::cout << verdictLine(outcome.verdict, outcome.limitations);
     }
-    result.exitCode = !any || fulfilled ? exitFulfilled : exitNotFulfilled;
+    result.exitCode = notApplicable ? exitFulfilled : design::exitCodeOf(outcome.verdict);
 }
 
 } // namespace
@@ -260,10 +269,12 @@ void registerMemberCommand(CLI::App& app, CommandResult& result)
 {
     auto options = std::make_shared<MemberCommandOptions>();
     CLI::App* sub = app.add_subcommand(
-        "member", "member buckling to EN 1993-1-1 6.3 and shear buckling to EN 1993-1-5 (exit 0 fulfilled, 1 not)");
-    sub->add_option("NAME", options->name, "catalogue designation, e.g. \"HEB 200\"")->required();
+        "member", "member buckling to EN 1993-1-1 6.3 and shear buckling to EN 1993-1-5 (exit 0 fulfilled, 1 not, 3 not "
+        "verified)");
+    sub->add_option("NAME", options->name, "catalogue designation or dimensions, e.g. \"HEB 200\", \"WI 1500x400x10x25\"")
+        ->required();
     options->steel.addTo(*sub);
-    options->member.addTo(*sub, true);
+    options->member.addTo(*sub);
     sub->add_flag("--json", options->json, "machine-readable output (SI units: m, kN, kNm, kN/m2)");
     sub->callback([options, &result] { run(*options, result); });
 }

@@ -56,12 +56,17 @@ void requireNonNegative(const char* option, double value)
 
 } // namespace
 
-void MemberOptions::addTo(CLI::App& app, bool lengthRequired)
+void MemberOptions::addTo(CLI::App& app)
 {
-    auto* lengthOption =
-        app.add_option("--length", length, "buckling length L in m (about y, about z and lateral-torsional)")
-            ->check(finiteNumber());
-    if (lengthRequired) lengthOption->required();
+    app.add_option("--length", length, "buckling length L in m (about y, about z and lateral-torsional)")
+        ->check(finiteNumber());
+    app.add_option("--lcr-y", lengthY, "buckling length Lcr,y about y in m (default: --length)")->check(finiteNumber());
+    app.add_option("--lcr-z", lengthZ, "buckling length Lcr,z about z in m (default: --length, else Lcr,y)")
+        ->check(finiteNumber());
+    app.add_option("--l-lt", lengthLT,
+                   "lateral-torsional buckling length LLT in m, between lateral restraints (default: --length, "
+                   "else Lcr,z)")
+        ->check(finiteNumber());
     forces.addTo(app);
     app.add_option("--gamma-m1", gammaM1, "partial factor gammaM1")->capture_default_str()->check(finiteNumber());
     app.add_option("--moments-y", momentsY,
@@ -76,18 +81,28 @@ void MemberOptions::addTo(CLI::App& app, bool lengthRequired)
     app.add_option("--mcr", mcr, "elastic critical moment Mcr in kNm (default: computed)")->check(finiteNumber());
     app.add_option("--c-theta", cTheta, "rotational restraint C_theta (default: none)")->check(finiteNumber());
     app.add_option("--shear-panel", shearPanel, "shear-panel stiffness S (default: none)")->check(finiteNumber());
-    app.add_flag("--rolled-method", rolledMethod,
-                 "lateral-torsional buckling of rolled and equivalent welded sections (6.3.2.3)");
+    auto* rolled = app.add_flag("--rolled-method", rolledMethod,
+                                "lateral-torsional buckling by 6.3.2.3 for any section (default for I sections)");
+    app.add_flag("--general-method", generalMethod, "lateral-torsional buckling by the general case 6.3.2.2")
+        ->excludes(rolled);
     app.add_flag("--torsionally-deformable", torsionallyDeformable,
                  "interaction factors of Table B.2 (members susceptible to torsional deformations)");
     app.add_flag("--cm-floor", cmFloor, "equivalent moment factors Cm of at least 0.9");
     standard.addTo(app);
 }
 
-MemberRequest MemberOptions::toRequest(SDBSection* section, KaConstrSteel* steel) const
+design::BucklingLengths MemberOptions::lengths() const
+{
+    return design::resolveLengths(length, lengthY, lengthZ, lengthLT);
+}
+
+design::MemberRequest MemberOptions::toRequest(SDBSection* section, KaConstrSteel* steel) const
 {
     standard.apply();
-    requireNonNegative("--length", length);
+    requireNonNegative("--length", length.value_or(0.0));
+    requireNonNegative("--lcr-y", lengthY.value_or(0.0));
+    requireNonNegative("--lcr-z", lengthZ.value_or(0.0));
+    requireNonNegative("--l-lt", lengthLT.value_or(0.0));
     if (!(gammaM1 > 0.0)) throw InputError("--gamma-m1: must be positive, got " + number(gammaM1, 4));
     requireNonNegative("--mcr", mcr);
     requireNonNegative("--c-theta", cTheta);
@@ -95,18 +110,20 @@ MemberRequest MemberOptions::toRequest(SDBSection* section, KaConstrSteel* steel
     const Forces f = forces.toForces();
     const std::vector<double> valuesY = parseMoments("--moments-y", momentsY, f.getMy());
     const std::vector<double> valuesZ = parseMoments("--moments-z", momentsZ, f.getMz());
-    MemberRequest request;
+    design::MemberRequest request;
     request.section = section;
     request.steel = steel;
     request.forces = f;
-    request.moments = makeMoments({valuesY[0], valuesY[1], valuesY[2]}, parseDiagram("--diagram-y", diagramY),
+    request.moments = design::makeMoments({valuesY[0], valuesY[1], valuesY[2]}, parseDiagram("--diagram-y", diagramY),
                                   {valuesZ[0], valuesZ[1], valuesZ[2]}, parseDiagram("--diagram-z", diagramZ),
                                   maxMoment, parseLoadPoint(loadPoint), mcr);
-    request.length = length;
+    request.lengths = lengths();
     request.gammaM1 = gammaM1;
     request.cTheta = cTheta;
     request.shearPanel = shearPanel;
-    request.rolledMethod = rolledMethod;
+    request.method = rolledMethod    ? design::LateralTorsionalMethod::Rolled
+                     : generalMethod ? design::LateralTorsionalMethod::General
+                                     : design::LateralTorsionalMethod::Automatic;
     request.torsionallyDeformable = torsionallyDeformable;
     request.cmFloor = cmFloor;
     return request;

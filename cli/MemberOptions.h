@@ -1,10 +1,11 @@
 #pragma once
 
 // The options of the member checks shared by `member` and `select`: forces, standard mode, buckling
-// length, partial factor gammaM1, moment diagram, load point and the lateral-torsional options.
+// lengths, partial factor gammaM1, moment diagram, load point and the lateral-torsional options.
 
-#include "Evaluation.h"
 #include "Options.h"
+
+#include <design/MemberCheck.h>
 
 #include <optional>
 #include <string>
@@ -14,8 +15,8 @@ namespace cli {
 struct MemberOptions {
     ForceOptions forces;
     StandardOptions standard;
-    double length = 0.0;
-    double gammaM1 = defaultGammaM1;
+    std::optional<double> length, lengthY, lengthZ, lengthLT;
+    double gammaM1 = design::defaultGammaM1;
     std::string momentsY, momentsZ;
     std::string diagramY = "polygonal", diagramZ = "polygonal";
     std::optional<double> maxMoment;
@@ -24,13 +25,20 @@ struct MemberOptions {
     double cTheta = 0.0;
     double shearPanel = 0.0;
     bool rolledMethod = false;
+    bool generalMethod = false;
     bool torsionallyDeformable = false;
     bool cmFloor = false;
 
-    // --length (required or optional), the forces, --gamma-m1, --moments-y ... --cm-floor, --mode, --situation.
-    void addTo(CLI::App& app, bool lengthRequired);
+    // --length, --lcr-y, --lcr-z, --l-lt, the forces, --gamma-m1, --moments-y ... --cm-floor, --mode,
+    // --situation.
+    void addTo(CLI::App& app);
+    // Lcr,y, Lcr,z and LLT: each its own option, else --length; without --length, Lcr,z takes Lcr,y and
+    // LLT takes Lcr,z. All zero when no length is given.
+    design::BucklingLengths lengths() const;
+    // True when some buckling length is given and positive: the member checks run.
+    bool memberChecked() const { return design::anyLength(lengths()); }
     // Validates every option (InputError naming it), sets the host standard and builds the request.
-    MemberRequest toRequest(SDBSection* section, KaConstrSteel* steel) const;
+    design::MemberRequest toRequest(SDBSection* section, KaConstrSteel* steel) const;
 };
 
 } // namespace cli

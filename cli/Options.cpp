@@ -1,5 +1,7 @@
 #include "Options.h"
 
+#include <design/SectionNotation.h>
+
 #include <SectionCatalogue.h>
 
 #include <cmath>
@@ -73,8 +75,8 @@ void StandardOptions::apply() const
 std::unique_ptr<SDBSection> lookupSection(const std::string& name)
 {
     try {
-        return SDBCatalogue::get(name);
-    } catch (const std::invalid_argument& e) {
+        return design::makeSection(name);
+    } catch (const std::exception& e) {
         throw InputError(std::string("section: ") + e.what());
     }
 }

@@ -28,6 +28,7 @@ public:
 constexpr int exitFulfilled = 0;
 constexpr int exitNotFulfilled = 1;
 constexpr int exitInputError = 2;
+constexpr int exitNotVerified = 3;
 
 // --N --My --Mz --Mt --Vy --Vz in kN and kNm (compression negative). Values must be finite.
 struct ForceOptions {
@@ -53,7 +54,8 @@ struct StandardOptions {
     void apply() const;
 };
 
-// The catalogue section of a designation ("IPE 300"); InputError naming it and the nearest designations.
+// The section of a catalogue designation ("IPE 300") or of a dimension notation ("WI 1200x300x8x20");
+// InputError naming it and the nearest designations or the bad dimension.
 std::unique_ptr<SDBSection> lookupSection(const std::string& name);
 
 // A warning line for each plate thickness outside EN 1993-1-1 Table 3.1 (above 80 mm), or "".

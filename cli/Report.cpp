@@ -47,4 +47,18 @@ nlohmann::json nullableJson(const kat::Nullable<double>& value)
     return value.hasValue() ? nlohmann::json(value.value()) : nlohmann::json(nullptr);
 }
 
+std::string verdictLine(design::Verdict verdict, std::uint32_t limitations)
+{
+    std::string out = "verdict: ";
+    out += verdict == design::Verdict::Fulfilled      ? "FULFILLED"
+           : verdict == design::Verdict::NotFulfilled ? "NOT FULFILLED"
+                                                      : "NOT VERIFIED";
+    out += '\n';
+    for (std::uint32_t bit = 0; bit < design::limitationCount; ++bit) {
+        const auto flag = static_cast<design::Limitation>(1u << bit);
+        if (limitations & flag) out += std::string("  not verified: ") + design::describe(flag) + "\n";
+    }
+    return out;
+}
+
 } // namespace cli

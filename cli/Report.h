@@ -6,8 +6,11 @@
 #include <SteelDesign/Forces.h>
 #include <SteelDesign/Nullable.h>
 
+#include <design/Verdict.h>
+
 #include <nlohmann/json.hpp>
 
+#include <cstdint>
 #include <string>
 
 namespace cli {
@@ -22,5 +25,8 @@ std::string curveText(SteelDesign::BucklingCurve curve);
 nlohmann::json curveJson(SteelDesign::BucklingCurve curve);
 // A present value, or null.
 nlohmann::json nullableJson(const kat::Nullable<double>& value);
+// "verdict: FULFILLED", "verdict: NOT FULFILLED" or "verdict: NOT VERIFIED", with a line "  not verified:
+// <reason>" for each limitation, each line ending in a line break.
+std::string verdictLine(design::Verdict verdict, std::uint32_t limitations);
 
 } // namespace cli

@@ -60,7 +60,7 @@ void printCandidate(const char* title, const Candidate& c)
     for (std::size_t i = 0; i < r.crossSection.size(); ++i) line(names[i], r.crossSection[i]);
     for (std::size_t i = 0; i < r.member.size(); ++i) line(names[r.crossSection.size() + i], r.member[i]);
     std::cout << "  governing: " << (r.governing.empty() ? "-" : r.governing + " " + number(r.governingUtilization, 3))
-              << ", " << (r.fulfilled ? "fulfilled" : "NOT FULFILLED") << "\n";
+              << ", " << design::toString(r.verdict) << "\n";
 }
 
 void run(const SelectOptions& o, CommandResult& result)
@@ -82,9 +82,9 @@ void run(const SelectOptions& o, CommandResult& result)
     std::size_t selected = candidates.size();
     for (std::size_t i = 0; i < candidates.size(); ++i) {
         SDBSection* section = candidates[i].section.get();
-        const MemberRequest member = o.member.toRequest(section, &steel);
-        const CrossSectionRequest cross{section, &steel, member.forces, o.gammaM0, false};
-        candidates[i].result = evaluateChecks(cross, o.member.length > 0.0 ? &member : nullptr);
+        const design::MemberRequest member = o.member.toRequest(section, &steel);
+        const design::CrossSectionRequest cross{section, &steel, member.forces, o.gammaM0, false};
+        candidates[i].result = evaluateChecks(cross, o.member.memberChecked() ? &member : nullptr);
         if (candidates[i].result.fulfilled) {
             selected = i;
             break;
@@ -96,13 +96,17 @@ void run(const SelectOptions& o, CommandResult& result)
     if (o.json) {
         nlohmann::json out = {{"family", o.family},
                               {"steel", steel.getName()},
-                              {"memberChecked", o.member.length > 0.0},
+                              {"memberChecked", o.member.memberChecked()},
                               {"selected", found ? candidateJson(candidates[selected]) : nlohmann::json(nullptr)},
                               {"nextLighter", lighter ? candidateJson(*lighter) : nlohmann::json(nullptr)}};
         std::cout << out.dump(2) << '\n';
     } else {
         std::cout << "Lightest " << o.family << " in " << steel.getName() << " for " << describeForces(o.member.forces.toForces())
-                  << (o.member.length > 0.0 ? ", buckling length " + number(o.member.length, 2) + " m" : ", cross-section only")
+                  << (o.member.memberChecked()
+                          ? ", buckling lengths Lcr,y " + number(o.member.lengths().y, 2) + " m, Lcr,z " +
+                                number(o.member.lengths().z, 2) + " m, LLT " +
+                                number(o.member.lengths().lateralTorsional, 2) + " m"
+                          : ", cross-section only")
                   << "\n\n";
         if (found) {
             printCandidate("selected: ", candidates[selected]);
@@ -130,7 +134,7 @@ void registerSelectCommand(CLI::App& app, CommandResult& result)
     sub->add_option("--family", options->family, "catalogue family: IPE, HEA, HEB, HEM, UPE, L, RHS, SHS, CHS")
         ->required();
     options->steel.addTo(*sub);
-    options->member.addTo(*sub, false);
+    options->member.addTo(*sub);
     sub->add_option("--gamma-m0", options->gammaM0, "partial factor gammaM0 (default: from the standard mode)")
         ->check(finiteNumber());
     sub->add_flag("--json", options->json, "machine-readable output (SI units: m, kN, kNm, kN/m2)");

@@ -1,0 +1,45 @@
+#include "CrossSectionCheck.h"
+
+#include <SteelDesign/ErrorCode.h>
+#include <SteelDesign/ResistanceVerifications.h>
+
+#include <cmath>
+
+namespace design {
+
+using namespace SteelDesign;
+
+CrossSectionOutcome evaluateCrossSection(const CrossSectionRequest& request)
+{
+    const VerificationControl control = request.elastic ? VerificationControl::Elastic : VerificationControl::Classify;
+    CrossSectionOutcome outcome{SectionInitializer(request.section, request.steel, request.forces, control, false),
+                                VerificationResults()};
+    const ResistanceVerifications verifier(outcome.results, request.section, outcome.initializer, request.gammaM0,
+                                           request.forces);
+    verifier.verifyAllResistance();
+    outcome.gammaM0 = verifier.getGammaM0();
+    outcome.allFulfilled = outcome.results.verifyAllUtilizations();
+
+    std::uint32_t limitations = 0;
+    if (outcome.initializer.getClass() == 4) limitations |= Class4;
+    if (outcome.initializer.getErrorCode() == ErrorCode::NotSupported) limitations |= CrossSectionNotSupported;
+    bool exceeded = false;
+    for (const auto type : crossSectionSummary) {
+        const kat::Nullable<double> u = outcome.results.getUtilization(type);
+        if (!u.hasValue()) {
+            limitations |= CrossSectionIncomplete;
+        } else if (!std::isfinite(u.value())) {
+            limitations |= NonFiniteUtilization;
+        } else if (!outcome.results.isFulfilled(type)) {
+            exceeded = true;
+        }
+    }
+    // Error code 6 leaves utilizations uncomputed; it says why, so the generic reason is not repeated.
+    if (limitations & CrossSectionNotSupported) limitations &= ~static_cast<std::uint32_t>(CrossSectionIncomplete);
+    outcome.anyExceeded = exceeded;
+    outcome.limitations = limitations;
+    outcome.verdict = verdictOf(exceeded, limitations);
+    return outcome;
+}
+
+} // namespace design

@@ -1,0 +1,46 @@
+#pragma once
+
+// The design of one member at one point under one load case: the cross-section check and, with
+// buckling lengths, the member checks; the summary utilizations, the governing one and one verdict for
+// all. The command, the batch and the select search all read their numbers from here.
+
+#include "CrossSectionCheck.h"
+#include "MemberCheck.h"
+#include "Verdict.h"
+
+#include <SteelDesign/Nullable.h>
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace design {
+
+struct DesignSummary {
+    std::string section, steel;
+    bool memberChecked = false;  // a member request was given
+    bool rolledMethod = false;   // lateral-torsional buckling by 6.3.2.3
+    int sectionClass = 0;
+    int errorCode = 0;           // cross-section check
+    int memberErrorCode = 0;     // member checks
+    int shearBucklingErrorCode = 0;
+    // Axial, Torsion, Bending, Shear, AxialBending, ShearBending, AxialShearBending.
+    std::array<kat::Nullable<double>, 7> crossSection;
+    // member.Compression, member.Bending, member.CompressionBending, member.ShearBuckling. A utilization
+    // that the member check could not verify ((6.61) by the general method) is left out.
+    std::array<kat::Nullable<double>, 4> member;
+    std::string governing;  // name of the largest utilization, "" when none
+    double governingUtilization = 0.0;
+    std::uint32_t limitations = 0;  // Limitation flags of both checks
+    Verdict verdict = Verdict::NotVerified;
+    bool fulfilled = false;  // verdict == Fulfilled
+};
+
+// The names of the utilization columns, in the order of DesignSummary::crossSection then member.
+const std::vector<std::string>& utilizationNames();
+
+// The cross-section check and, when a member request is given, the member checks.
+DesignSummary designMember(const CrossSectionRequest& cross, const MemberRequest* member);
+
+} // namespace design

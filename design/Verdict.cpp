@@ -1,0 +1,64 @@
+#include "Verdict.h"
+
+namespace design {
+
+const char* toString(Verdict verdict)
+{
+    switch (verdict) {
+    case Verdict::Fulfilled: return "fulfilled";
+    case Verdict::NotFulfilled: return "not fulfilled";
+    case Verdict::NotVerified: return "not verified";
+    }
+    return "not verified";
+}
+
+int exitCodeOf(Verdict verdict)
+{
+    switch (verdict) {
+    case Verdict::Fulfilled: return 0;
+    case Verdict::NotFulfilled: return 1;
+    case Verdict::NotVerified: return 3;
+    }
+    return 3;
+}
+
+const char* describe(Limitation limitation)
+{
+    switch (limitation) {
+    case NoLimitation: return "";
+    case Class4:
+        return "class 4 needs effective section properties (EN 1993-1-5 4.3), which are not computed; the "
+               "resistances shown are those of the gross section";
+    case CrossSectionNotSupported:
+        return "the cross-section check does not cover this section kind under an axial force (error code 6)";
+    case CrossSectionIncomplete:
+        return "the cross-section check computed no utilization for some of its checks";
+    case TensionWithBending:
+        return "tension with bending is not covered by the member check (check lateral-torsional buckling "
+               "under the moment alone)";
+    case BendingAboutZOnly:
+        return "bending about z without bending about y is not covered by the member check";
+    case BiaxialBendingWithoutCompression:
+        return "bending about y and z without compression: the member check covers lateral-torsional "
+               "buckling about y only, not the interaction with Mz";
+    case InteractionNeedsRolledMethod:
+        return "(6.61) needs chiLT,mod of the method for rolled and equivalent welded sections (6.3.2.3); the "
+               "general method (6.3.2.2) was chosen";
+    case NonFiniteUtilization: return "a utilization is not a finite number";
+    }
+    return "";
+}
+
+std::string describeAll(std::uint32_t limitations)
+{
+    std::string out;
+    for (std::uint32_t bit = 0; bit < limitationCount; ++bit) {
+        const auto flag = static_cast<Limitation>(1u << bit);
+        if ((limitations & flag) == 0) continue;
+        if (!out.empty()) out += "; ";
+        out += describe(flag);
+    }
+    return out;
+}
+
+} // namespace design
