@@ -1,5 +1,6 @@
 #include "MemberCheck.h"
 
+#include <KaStandard.h>
 #include <SteelDesign/BucklingResistance.h>
 
 #include <algorithm>
@@ -71,7 +72,8 @@ MemberOutcome evaluateMember(const MemberRequest& request)
     const bool rolled = usesRolledMethod(request.method, *request.section);
     MemberOutcome outcome{SectionInitializer(request.section, request.steel, request.forces, control, rolled),
                           BucklingResults()};
-    outcome.rolledMethod = rolled;
+    // The mode RolledLTB prescribes 6.3.2.3 whatever the initializer's option says.
+    outcome.rolledMethod = rolled || KaStandard::get()->getMode() == Standard::Mode::RolledLTB;
     const BucklingResistance verifier(outcome.results, request.section, outcome.initializer, request.forces,
                                       request.moments, request.gammaM1, request.lengths, request.cTheta,
                                       request.shearPanel, request.torsionallyDeformable, request.cmFloor);

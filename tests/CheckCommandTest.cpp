@@ -65,11 +65,34 @@ TEST(CheckCommand, ExitCodesFollowTheVerdict)
 {
     EXPECT_EQ(runSteeldesign("check \"IPE 300\" --steel S235 --My 80").exitCode, 0);
     EXPECT_EQ(runSteeldesign("check \"IPE 300\" --steel S235 --My 200").exitCode, 1);
-    // A hollow section under a normal force is not supported by the cross-section check: error 6.
-    const auto j = runJson("check \"SHS 100x100x5\" --steel S355 --N -10 --json", 1);
+    // A hollow section under a normal force is not supported by the cross-section check: error 6, not
+    // verified (exit 3), with the reason in words.
+    const auto j = runJson("check \"SHS 100x100x5\" --steel S355 --N -10 --json", 3);
     EXPECT_EQ(j["errorCode"], 6);
+    EXPECT_EQ(j["verdict"], "not verified");
+    EXPECT_NE(j["notVerified"].get<std::string>().find("error code 6"), std::string::npos);
     const CommandRun text = runSteeldesign("check \"SHS 100x100x5\" --steel S355 --N -10");
     EXPECT_NE(text.output.find("not supported"), std::string::npos) << text.output;
+    EXPECT_NE(text.output.find("verdict: NOT VERIFIED"), std::string::npos) << text.output;
+    EXPECT_EQ(text.output.find("FULFILLED"), std::string::npos) << text.output;
+}
+
+// Class 4 is outside what the checks verify: never "fulfilled", whatever the gross-section utilizations.
+// IPE 330 in S355 under N = -1477 kN: web c/t = (330 - 2 * 11.5 - 2 * 18) / 7.5 = 36.1 > 42 eps = 34.2.
+// IPE 500 under Vz alone: no normal stress, so the library's classification gives class 4 too.
+TEST(CheckCommand, Class4IsNotVerified)
+{
+    for (const char* arguments : {"check \"IPE 330\" --steel S355 --N -1477 --json",
+                                  "check \"IPE 500\" --steel S355 --Vz 2000 --json"}) {
+        const auto j = runJson(arguments, 3);
+        EXPECT_EQ(j["class"], 4) << arguments;
+        EXPECT_EQ(j["verdict"], "not verified") << arguments;
+        EXPECT_NE(j["notVerified"].get<std::string>().find("class 4"), std::string::npos) << arguments;
+    }
+    // A class 4 section that fails with gross properties fails with effective ones too: not fulfilled.
+    const auto failing = runJson("check \"IPE 330\" --steel S355 --N -2500 --json", 1);
+    EXPECT_EQ(failing["class"], 4);
+    EXPECT_EQ(failing["verdict"], "not fulfilled");
 }
 
 TEST(CheckCommand, BadInputNamesTheFieldAndExitsWithTwo)

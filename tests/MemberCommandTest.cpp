@@ -64,20 +64,45 @@ TEST(MemberCommand, OverloadedColumnExitsOne)
     EXPECT_GT(j["utilizations"]["CompressionAxisZ"].get<double>(), 1.0);
 }
 
-TEST(MemberCommand, TensionWithBendingHasNoMemberCheck)
+// Actions that the member check leaves out on purpose are reported as not verified (exit 3) with the
+// reason, never as fulfilled; actions that need no member check at all are "not applicable" (exit 0).
+TEST(MemberCommand, ActionsOutsideTheMemberCheckAreNotVerified)
 {
-    const auto j = runJson("member \"IPE 300\" --steel S235 --length 4 --N 100 --My 50 --json");
-    EXPECT_TRUE(j["fulfilled"].is_null());
-    for (const char* name : utilizationNames) EXPECT_TRUE(j["utilizations"][name].is_null()) << name;
-    const CommandRun text = runSteeldesign("member \"IPE 300\" --steel S235 --length 4 --N -100 --Mz 20");
+    const struct {
+        const char* forces;
+        const char* reason;
+    } cases[] = {
+        {"--N 100 --My 50", "tension with bending"},
+        {"--N -100 --Mz 20", "bending about z without bending about y"},
+        {"--Mz 20", "bending about z without bending about y"},
+        {"--My 50 --Mz 5", "without compression"},
+    };
+    for (const auto& c : cases) {
+        const std::string arguments = std::string("member \"IPE 300\" --steel S235 --length 4 ") + c.forces;
+        const auto j = runJson(arguments + " --json", 3);
+        EXPECT_EQ(j["verdict"], "not verified") << arguments;
+        EXPECT_EQ(j["fulfilled"], false) << arguments;
+        EXPECT_NE(j["notVerified"].get<std::string>().find(c.reason), std::string::npos) << arguments;
+        const CommandRun text = runSteeldesign(arguments);
+        EXPECT_EQ(text.exitCode, 3);
+        EXPECT_NE(text.output.find("verdict: NOT VERIFIED"), std::string::npos) << text.output;
+        EXPECT_NE(text.output.find(c.reason), std::string::npos) << text.output;
+    }
+    const auto tension = runJson("member \"IPE 300\" --steel S235 --length 4 --N 100 --json");
+    EXPECT_TRUE(tension["fulfilled"].is_null());
+    EXPECT_EQ(tension["verdict"], "not applicable");
+    for (const char* name : utilizationNames) EXPECT_TRUE(tension["utilizations"][name].is_null()) << name;
+    const CommandRun text = runSteeldesign("member \"IPE 300\" --steel S235 --length 4 --N 100");
     EXPECT_EQ(text.exitCode, 0);
     EXPECT_NE(text.output.find("no member check applies"), std::string::npos) << text.output;
 }
 
 TEST(MemberCommand, SlenderWebGetsShearBuckling)
 {
-    // HEA 1000 in S460: hw / tw = (990 - 2 (31 + 30)) / 16.5 = 52.6 > 72 * 0.7148 / 1.2 = 42.9.
-    const auto j = runJson("member \"HEA 1000\" --steel S460 --length 6 --Vz 1000 --json");
+    // HEA 1000 in S460: hw / tw = (990 - 2 (31 + 30)) / 16.5 = 52.6 > 72 * 0.7148 / 1.2 = 42.9. Without
+    // a normal stress the classification gives class 4, so the verdict is "not verified" (exit 3).
+    const auto j = runJson("member \"HEA 1000\" --steel S460 --length 6 --Vz 1000 --json", 3);
+    EXPECT_EQ(j["verdict"], "not verified");
     EXPECT_EQ(j["shearBucklingErrorCode"], 0);
     const double web = j["VbRd"]["Web"].get<double>(), flange = j["VbRd"]["Flange"].get<double>();
     EXPECT_NEAR(j["VbRd"]["Total"].get<double>(), web + flange, 1e-9);
@@ -116,14 +141,32 @@ TEST(MemberCommand, BeamColumnWithMomentDiagram)
                                "--mcr 250 --json");
     EXPECT_EQ(given["Mcr"], 250.0);
 
-    // Without the method for rolled sections (6.61) has no MyRd: infinite, reported as null, not fulfilled.
-    const auto general = runJson("member \"IPE 300\" --steel S235 --length 4 --N -200 --My 60 --json", 1);
+    // The method for rolled sections is the default for I sections: the same numbers without the flag.
+    const auto byDefault = runJson("member \"IPE 300\" --steel S235 --length 4 --N -200 --My 60 --moments-y 60,30,0 "
+                                   "--json");
+    EXPECT_EQ(byDefault["lateralTorsionalMethod"], "6.3.2.3");
+    EXPECT_EQ(byDefault["utilizations"]["CompressionBending"], j["utilizations"]["CompressionBending"]);
+
+    // With the general method (6.61) has no MyRd: it is not verified (null, with the reason), never an
+    // infinite utilization read as a verdict.
+    const auto general =
+        runJson("member \"IPE 300\" --steel S235 --length 4 --N -200 --My 60 --general-method --json", 3);
+    EXPECT_EQ(general["lateralTorsionalMethod"], "6.3.2.2");
     EXPECT_TRUE(general["chiLTmod"].is_null());
     EXPECT_TRUE(general["utilizations"]["CompressionBendingAxisY"].is_null());
-    EXPECT_EQ(general["fulfilled"], false);
-    // ... unless the mode prescribes it.
-    const auto mode8 = runJson("member \"IPE 300\" --steel S235 --length 4 --N -200 --My 60 --mode RolledLTB --json");
+    EXPECT_TRUE(general["utilizations"]["CompressionBending"].is_null());
+    EXPECT_FALSE(general["utilizations"]["CompressionBendingAxisZ"].is_null());
+    EXPECT_EQ(general["verdict"], "not verified");
+    EXPECT_NE(general["notVerified"].get<std::string>().find("(6.61) needs chiLT,mod"), std::string::npos);
+    const CommandRun text = runSteeldesign("member \"IPE 300\" --steel S235 --length 4 --N -200 --My 60 --general-method");
+    EXPECT_EQ(text.output.find("inf"), std::string::npos) << text.output;
+    EXPECT_NE(text.output.find("verdict: NOT VERIFIED"), std::string::npos) << text.output;
+    // ... unless the mode prescribes 6.3.2.3.
+    const auto mode8 = runJson(
+        "member \"IPE 300\" --steel S235 --length 4 --N -200 --My 60 --general-method --mode RolledLTB --json");
     EXPECT_FALSE(mode8["chiLTmod"].is_null());
+    EXPECT_EQ(mode8["lateralTorsionalMethod"], "6.3.2.3");
+    EXPECT_EQ(mode8["verdict"], "fulfilled");
 }
 
 TEST(MemberCommand, BadInputNamesTheFieldAndWritesNothing)
