@@ -23,6 +23,8 @@ struct Dimensions {
     double h = 0.0, b = 0.0, tw = 0.0, tf = 0.0, r = 0.0;
     bool hotRolled = false;
     bool hasHotRolled = false;
+    double b2 = 0.0, t2 = 0.0;  // bottom flange of a mono-symmetric I
+    bool hasSecondFlange = false;
 };
 
 Dimensions dimensionsOf(const SDBSection& s)
@@ -30,6 +32,13 @@ Dimensions dimensionsOf(const SDBSection& s)
     Dimensions d;
     if (auto* i = dynamic_cast<const SDBSectionI*>(&s)) {
         d = {i->getH(), i->getB(), i->getS(), i->getT(), i->getR1()};
+        if (i->getB2Set() || i->getT2Set()) {
+            d.hasSecondFlange = true;
+            d.b2 = i->getB2();
+            d.t2 = i->getT2();
+        }
+    } else if (auto* t = dynamic_cast<const SDBSectionT*>(&s)) {
+        d = {t->getH(), t->getB(), t->getS(), t->getT(), t->getR1()};
     } else if (auto* u = dynamic_cast<const SDBSectionU*>(&s)) {
         d = {u->getH(), u->getB(), u->getS(), u->getT(), u->getR1()};
     } else if (auto* l = dynamic_cast<const SDBSectionL*>(&s)) {
@@ -78,13 +87,18 @@ void printText(const SDBSection& s)
         std::cout << value << ' ' << unit << '\n';
     };
     std::cout << s.getName() << "  (type " << typeKeyOf(s) << ", " << (s.isRolled() ? "rolled" : "welded");
-    if (d.hasHotRolled) std::cout << ", " << (d.hotRolled ? "hot-finished" : "cold-formed");
+    if (d.hasHotRolled && !(s.isRolled() == false && d.r == 0.0))
+        std::cout << ", " << (d.hotRolled ? "hot-finished" : "cold-formed");
     std::cout << ")\n";
     std::cout << "Dimensions\n";
     line("h", fixed(d.h * 1e3, 1), "mm");
     line("b", fixed(d.b * 1e3, 1), "mm");
     line("tw", fixed(d.tw * 1e3, 2), "mm");
     line("tf", fixed(d.tf * 1e3, 2), "mm");
+    if (d.hasSecondFlange) {
+        line("b2", fixed(d.b2 * 1e3, 1), "mm");
+        line("t2", fixed(d.t2 * 1e3, 2), "mm");
+    }
     line("r", fixed(d.r * 1e3, 2), "mm");
     std::cout << "Properties\n";
     line("A", figures(p.A * 1e4), "cm2");
@@ -117,6 +131,10 @@ nlohmann::json toJson(const SDBSection& s)
     j["tw"] = d.tw;
     j["tf"] = d.tf;
     j["r"] = d.r;
+    if (d.hasSecondFlange) {
+        j["b2"] = d.b2;
+        j["t2"] = d.t2;
+    }
     j["A"] = p.A;
     j["Avy"] = p.Avy;
     j["Avz"] = p.Avz;
@@ -148,17 +166,12 @@ struct ListOptions {
 void registerSectionCommand(CLI::App& app, CommandResult& result)
 {
     auto options = std::make_shared<SectionOptions>();
-    CLI::App* sub = app.add_subcommand("section", "dimensions and properties of a catalogue section (\"IPE 300\")");
-    sub->add_option("name", options->name, "designation, e.g. \"IPE 300\", \"RHS 200x100x8\" (case and blanks ignored)")
+    CLI::App* sub = app.add_subcommand("section", "dimensions and properties of a section (\"IPE 300\", \"WI 1200x300x8x20\")");
+    sub->add_option("name", options->name, "designation or dimensions, e.g. \"IPE 300\", \"WBOX 400x300x12x16\" (case and blanks ignored)")
         ->required();
     sub->add_flag("--json", options->json, "JSON output in m-based SI units");
     sub->callback([options, &result]() {
-        std::unique_ptr<SDBSection> section;
-        try {
-            section = SDBCatalogue::get(options->name);
-        } catch (const SDBUnknownSectionError& e) {
-            throw InputError(std::string("section: ") + e.what());
-        }
+        const std::unique_ptr<SDBSection> section = lookupSection(options->name);
         if (options->json)
             std::cout << toJson(*section).dump(2) << '\n';
         else

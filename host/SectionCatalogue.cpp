@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cctype>
 #include <cmath>
+#include <cstdlib>
 
 namespace {
 
@@ -92,9 +93,10 @@ std::vector<double> numbersOf(const std::string& s)
     std::size_t i = 0;
     while (i < s.size()) {
         if (std::isdigit(static_cast<unsigned char>(s[i]))) {
-            std::size_t used = 0;
-            out.push_back(std::stod(s.substr(i), &used));
-            i += used;
+            // strtod, not stod: a number out of range ("1E999") gives HUGE_VAL instead of throwing.
+            char* end = nullptr;
+            out.push_back(std::strtod(s.c_str() + i, &end));
+            i = static_cast<std::size_t>(end - s.c_str());
         } else {
             ++i;
         }
@@ -108,7 +110,7 @@ double numericDistance(const std::vector<double>& a, const std::vector<double>& 
     if (a.empty() || a.size() != b.size()) return 1e9;
     double d = 0.0;
     for (std::size_t i = 0; i < a.size(); ++i) d += std::fabs(a[i] - b[i]) / std::max({std::fabs(a[i]), std::fabs(b[i]), 1e-9});
-    return d;
+    return std::isfinite(d) ? d : 1e9;  // a number out of range is far from every size
 }
 
 std::size_t editDistance(const std::string& a, const std::string& b)
