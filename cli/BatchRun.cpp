@@ -186,8 +186,8 @@ void appendCsvRow(std::string& buffer, const RowResult& r, std::size_t utilizati
     appendInteger(buffer, r.line);
     buffer += r.rejected ? ",rejected," : ",checked,";
     if (r.rejected) {
-        // Empty section .. shearBucklingErrorCode (6), utilizations, governing .. reason (5).
-        buffer.append(6 + utilizationCount + 5, ',');
+        // Empty section .. shearBucklingErrorCode (6), utilizations, governing .. departures (7).
+        buffer.append(6 + utilizationCount + 7, ',');
         appendCsvField(buffer, r.errorField);
         buffer += ',';
         appendCsvField(buffer, r.errorMessage);
@@ -217,6 +217,10 @@ void appendCsvRow(std::string& buffer, const RowResult& r, std::size_t utilizati
     buffer += design::toString(r.verdict);
     buffer += ',';
     if (r.limitations != 0) appendCsvField(buffer, design::describeAll(r.limitations));
+    buffer += ',';
+    if (r.enGoverning) appendNumber(buffer, r.enGoverning.value());
+    buffer += ',';
+    if (r.departures != 0) buffer += design::departureNames(r.departures);
     buffer += ",,\n";
 }
 
@@ -250,6 +254,8 @@ nlohmann::json jsonOfRow(const RowResult& r)
     j["fulfilled"] = r.fulfilled;
     j["verdict"] = design::toString(r.verdict);
     j["notVerified"] = r.limitations != 0 ? nlohmann::json(design::describeAll(r.limitations)) : nlohmann::json(nullptr);
+    j["enUtilization"] = utilizationJson(r.enGoverning);
+    j["departures"] = r.departures != 0 ? nlohmann::json(design::departureNames(r.departures)) : nlohmann::json(nullptr);
     j["lateralTorsionalMethod"] =
         r.memberChecked ? nlohmann::json(r.rolledMethod ? "6.3.2.3" : "6.3.2.2") : nlohmann::json(nullptr);
     return j;
@@ -329,7 +335,7 @@ void writeResults(std::ostream& out, const std::vector<RowResult>& results, Outp
     }
     out << "id,line,status,section,steel,class,errorCode,memberErrorCode,shearBucklingErrorCode";
     for (const std::string& name : names) out << ',' << name;
-    out << ",governing,governingUtilization,fulfilled,verdict,reason,field,message\n";
+    out << ",governing,governingUtilization,fulfilled,verdict,reason,enUtilization,departures,field,message\n";
     // The rows are formatted in chunks on every core, each chunk into a text of its own, and the texts
     // written in order.
     constexpr std::size_t chunk = 4096;

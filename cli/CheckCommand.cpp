@@ -8,6 +8,7 @@
 #include "Report.h"
 
 #include <design/CrossSectionCheck.h>
+#include <design/Departures.h>
 
 #include <KaMaterial.h>
 
@@ -75,6 +76,8 @@ void run(const CheckOptions& o, CommandResult& result)
     const bool allFulfilled = outcome.allFulfilled;
     const ErrorCode error = init.getErrorCode();
     const design::Verdict verdict = outcome.verdict;
+    const design::Departures departures = design::findDepartures(
+        design::CrossSectionRequest{section.get(), &steel, forces, o.gammaM0, o.elastic}, outcome);
 
     if (o.json) {
         nlohmann::json utilizations = nlohmann::json::object();
@@ -95,6 +98,8 @@ void run(const CheckOptions& o, CommandResult& result)
             {"fulfilled", fulfilled},
             {"allFulfilled", allFulfilled},
             {"verdict", design::toString(verdict)},
+            {"departures", departuresJson(departures)},
+            {"enUtilization", nullableJson(departures.largestEn())},
             {"notVerified", outcome.limitations ? nlohmann::json(design::describeAll(outcome.limitations))
                                                 : nlohmann::json(nullptr)},
             {"NRd", nullableJson(results.getNRd())},
@@ -152,6 +157,7 @@ void run(const CheckOptions& o, CommandResult& result)
                   << ", biaxial bending " << yesNo(results.getBiaxialBending()) << "\n";
         if (error != ErrorCode::NoError)
             std::cout << "error code " << static_cast<int>(error) << ": " << SteelDesign::describe(error) << "\n";
+        std::cout << departuresBlock(departures);
         std::cout << verdictLine(verdict, outcome.limitations);
     }
     result.exitCode = design::exitCodeOf(verdict);

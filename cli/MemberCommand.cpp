@@ -14,6 +14,8 @@
 
 #include "Commands.h"
 #include "MemberOptions.h"
+
+#include <design/Departures.h>
 #include "Options.h"
 #include "Report.h"
 
@@ -93,6 +95,7 @@ void run(const MemberCommandOptions& options, CommandResult& result)
     const SectionInitializer& init = outcome.initializer;
     const BucklingResults& r = outcome.results;
     const design::BucklingLengths& lengths = request.lengths;
+    const design::Departures departures = design::findDepartures(request, outcome);
     // Nothing to verify: no utilization and nothing left out.
     const bool notApplicable = !outcome.anyComputed && outcome.limitations == 0;
     const bool unverified61 = (outcome.limitations & design::InteractionNeedsRolledMethod) != 0;
@@ -135,6 +138,7 @@ void run(const MemberCommandOptions& options, CommandResult& result)
             {"verdict", notApplicable ? "not applicable" : design::toString(outcome.verdict)},
             {"notVerified", outcome.limitations ? nlohmann::json(design::describeAll(outcome.limitations))
                                                 : nlohmann::json(nullptr)},
+            {"departures", departuresJson(departures)},
             {"Ncr", flexural ? axes(r.getNcr(Axis::y), r.getNcr(Axis::z)) : nullAxes},
             {"lambda", flexural ? axes(r.getLambda(Axis::y), r.getLambda(Axis::z)) : nullAxes},
             {"chi", {{"y", opt(r.getChi(Axis::y))}, {"z", opt(r.getChi(Axis::z))}}},
@@ -254,6 +258,7 @@ void run(const MemberCommandOptions& options, CommandResult& result)
         if (r.getErrorCode() != ErrorCode::NoError)
             std::cout << "error code " << static_cast<int>(r.getErrorCode()) << ": "
                       << SteelDesign::describe(r.getErrorCode()) << " (the flexural checks run regardless)\n";
+        std::cout << departuresBlock(departures);
         if (notApplicable)
             std::cout << "verdict: no member check applies to these actions (the member check covers compression, "
                          "bending about y and both together; tension alone is a cross-section check)\n";

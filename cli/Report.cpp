@@ -1,5 +1,7 @@
 #include "Report.h"
 
+#include <cmath>
+
 #include <cstdio>
 
 namespace cli {
@@ -59,6 +61,46 @@ std::string verdictLine(design::Verdict verdict, std::uint32_t limitations)
         if (limitations & flag) out += std::string("  not verified: ") + design::describe(flag) + "\n";
     }
     return out;
+}
+
+namespace {
+
+std::string departureValue(const design::Departure& d, double value)
+{
+    if (std::string(d.check) == "class") return number(value, 0);
+    if (!std::isfinite(value)) return "not computed";  // (6.61) without chiLT,mod
+    return number(value, 3);
+}
+
+} // namespace
+
+std::string departuresBlock(const design::Departures& departures)
+{
+    if (departures.empty()) return "";
+    std::string out = "\nDepartures from EN 1993-1-1 (the library's value is the verdict of record)\n";
+    for (const design::Departure& d : departures) {
+        const design::DepartureInfo& info = design::infoOf(d.rule);
+        out += "  " + std::string(info.name) + " (" + info.clause + "): " + d.check + " " +
+               departureValue(d, d.library) + ", EN " + departureValue(d, d.en) + "\n";
+        out += "    " + std::string(info.when) + "\n";
+        out += "    EN: " + std::string(info.en) + "\n";
+    }
+    return out;
+}
+
+nlohmann::json departuresJson(const design::Departures& departures)
+{
+    nlohmann::json list = nlohmann::json::array();
+    auto value = [](double v) { return std::isfinite(v) ? nlohmann::json(v) : nlohmann::json(nullptr); };
+    for (const design::Departure& d : departures) {
+        const design::DepartureInfo& info = design::infoOf(d.rule);
+        list.push_back({{"rule", info.name},
+                        {"clause", info.clause},
+                        {"check", d.check},
+                        {"library", value(d.library)},
+                        {"en", value(d.en)}});
+    }
+    return list;
 }
 
 } // namespace cli

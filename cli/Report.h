@@ -6,6 +6,7 @@
 #include <SteelDesign/Forces.h>
 #include <SteelDesign/Nullable.h>
 
+#include <design/Departures.h>
 #include <design/Verdict.h>
 
 #include <nlohmann/json.hpp>
@@ -28,5 +29,10 @@ nlohmann::json nullableJson(const kat::Nullable<double>& value);
 // "verdict: FULFILLED", "verdict: NOT FULFILLED" or "verdict: NOT VERIFIED", with a line "  not verified:
 // <reason>" for each limitation, each line ending in a line break.
 std::string verdictLine(design::Verdict verdict, std::uint32_t limitations);
+// The block "Departures from EN 1993-1-1" (a line per departure: rule, clause, check, the library's
+// value and the EN value), or "" when there is none.
+std::string departuresBlock(const design::Departures& departures);
+// The JSON list of departures: {rule, clause, check, library, en}.
+nlohmann::json departuresJson(const design::Departures& departures);
 
 } // namespace cli

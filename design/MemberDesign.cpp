@@ -3,6 +3,7 @@
 #include <cmath>
 #include <initializer_list>
 #include <limits>
+#include <optional>
 
 namespace design {
 
@@ -37,7 +38,19 @@ const std::vector<std::string>& utilizationNames()
     return names;
 }
 
-DesignSummary designMember(const CrossSectionRequest& crossRequest, const MemberRequest* memberRequest)
+std::string departureNames(std::uint32_t departures)
+{
+    std::string out;
+    for (const DepartureInfo& info : departureTable()) {
+        if ((departures & (1u << static_cast<unsigned>(info.rule))) == 0) continue;
+        if (!out.empty()) out += ';';
+        out += info.name;
+    }
+    return out;
+}
+
+DesignSummary designMember(const CrossSectionRequest& crossRequest, const MemberRequest* memberRequest,
+                           Departures* details)
 {
     DesignSummary r;
     r.section = crossRequest.section->getName();
@@ -50,9 +63,11 @@ DesignSummary designMember(const CrossSectionRequest& crossRequest, const Member
     bool exceeded = cross.anyExceeded;
     std::uint32_t limitations = cross.limitations;
 
+    std::optional<MemberOutcome> memberOutcome;
     if (memberRequest) {
         r.memberChecked = true;
-        const MemberOutcome member = evaluateMember(*memberRequest);
+        memberOutcome.emplace(evaluateMember(*memberRequest));
+        const MemberOutcome& member = *memberOutcome;
         const BucklingResults& m = member.results;
         r.rolledMethod = member.rolledMethod;
         r.memberErrorCode = static_cast<int>(m.getErrorCode());
@@ -82,6 +97,15 @@ DesignSummary designMember(const CrossSectionRequest& crossRequest, const Member
     };
     for (std::size_t i = 0; i < 7; ++i) consider(r.crossSection[i], names[i]);
     for (std::size_t i = 0; i < 4; ++i) consider(r.member[i], names[7 + i]);
+
+    std::array<kat::Nullable<double>, 11> library;
+    for (std::size_t i = 0; i < 7; ++i) library[i] = r.crossSection[i];
+    for (std::size_t i = 0; i < 4; ++i) library[7 + i] = r.member[i];
+    const Departures departures = findDepartures(&crossRequest, &cross, memberRequest,
+                                                 memberOutcome ? &*memberOutcome : nullptr, library);
+    for (const Departure& d : departures) r.departures |= 1u << static_cast<unsigned>(d.rule);
+    r.enGoverning = departures.largestEn();
+    if (details) *details = departures;
     return r;
 }
 

@@ -5,6 +5,7 @@
 // all. The command, the batch and the select search all read their numbers from here.
 
 #include "CrossSectionCheck.h"
+#include "Departures.h"
 #include "MemberCheck.h"
 #include "Verdict.h"
 
@@ -35,12 +36,22 @@ struct DesignSummary {
     std::uint32_t limitations = 0;  // Limitation flags of both checks
     Verdict verdict = Verdict::NotVerified;
     bool fulfilled = false;  // verdict == Fulfilled
+    // Departures from EN 1993-1-1 that changed a result: one bit per DepartureRule, and the largest
+    // summary utilization with the EN values in place of the library's (the library's governing one when
+    // no departure applies).
+    std::uint32_t departures = 0;
+    kat::Nullable<double> enGoverning;
 };
+
+// The names of the departures of a mask, joined with ";", or "".
+std::string departureNames(std::uint32_t departures);
 
 // The names of the utilization columns, in the order of DesignSummary::crossSection then member.
 const std::vector<std::string>& utilizationNames();
 
-// The cross-section check and, when a member request is given, the member checks.
-DesignSummary designMember(const CrossSectionRequest& cross, const MemberRequest* member);
+// The cross-section check and, when a member request is given, the member checks. With details, the
+// departures found are copied there too.
+DesignSummary designMember(const CrossSectionRequest& cross, const MemberRequest* member,
+                           Departures* details = nullptr);
 
 } // namespace design
