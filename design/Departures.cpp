@@ -1,6 +1,7 @@
 #include "Departures.h"
 
 #include "CriticalMoment.h"
+#include "EffectiveSection.h"
 #include "EquivalentMomentFactor.h"
 #include "InteractionFactors.h"
 
@@ -101,6 +102,41 @@ double alphaOfCurve(BucklingCurve curve)
     }
 }
 
+// The effective properties a class 4 check needs under these forces: Aeff and eN under compression,
+// Weff about each axis bent (the gross elastic modulus where an axis carries no moment), and the
+// additional moments N eN.
+struct Effective {
+    bool valid = false;
+    double Aeff = 0.0, Weffy = 0.0, Weffz = 0.0, dMy = 0.0, dMz = 0.0;
+};
+
+Effective effective(const SDBSection& section, double fy, const Forces& f)
+{
+    Effective e;
+    e.Aeff = section.getA();
+    e.Weffy = section.getWy();
+    e.Weffz = section.getWz();
+    if (f.getN() < 0.0) {
+        const auto c = effectiveUnderCompression(section, fy);
+        if (!c) return e;
+        e.Aeff = c->Aeff;
+        e.dMy = std::fabs(f.getN() * c->eNy);
+        e.dMz = std::fabs(f.getN() * c->eNz);
+    }
+    if (std::fabs(f.getMy()) >= tol) {
+        const auto b = effectiveUnderBending(section, fy, Axis::y, f.getMy() > 0.0);
+        if (!b) return e;
+        e.Weffy = b->Weffy;
+    }
+    if (std::fabs(f.getMz()) >= tol) {
+        const auto b = effectiveUnderBending(section, fy, Axis::z, f.getMz() > 0.0);
+        if (!b) return e;
+        e.Weffz = b->Weffz;
+    }
+    e.valid = e.Aeff > 0.0;
+    return e;
+}
+
 bool differs(double a, double b) { return std::fabs(a - b) > 1e-9 * std::max({1.0, std::fabs(a), std::fabs(b)}); }
 
 class Finder {
@@ -157,6 +193,28 @@ private:
         shearBendingThreshold();
         torsion();
         hollowUnderN();
+        if (sectionClass() == 4 && !noNormalStress && !cross_.elastic) class4CrossSection();
+    }
+
+    // Class 4: (6.44) with Aeff, Weff and the shifts eN (their moments N eN added by magnitude, on the safe
+    // side), and the plastic shear resistance (6.18), which does not depend on the class.
+    void class4CrossSection()
+    {
+        const Forces& f = cross_.forces;
+        const Effective e = effective(section(), fy(), f);
+        if (!e.valid) return;
+        const double k = fy() / gammaM0();
+        const double N = std::fabs(f.getN());
+        const double uN = N / ((f.getN() < 0.0 ? e.Aeff : section().getA()) * k);
+        const double uMy = e.Weffy > 0.0 ? (std::fabs(f.getMy()) + e.dMy) / (e.Weffy * k) : 0.0;
+        const double uMz = e.Weffz > 0.0 ? (std::fabs(f.getMz()) + e.dMz) / (e.Weffz * k) : 0.0;
+        const double en = uN + uMy + uMz;
+        add(DR::Class4GrossSection, "AxialBending", util(VR::AxialBending), en, sAxialBending);
+        out_.en[sAxial] = uN;
+        out_.en[sBending] = uMy + uMz;
+        out_.en[sShear] = plasticShearUtilization();
+        out_.en[sShearBending] = uMy + uMz;
+        out_.en[sAxialShearBending] = en;
     }
 
     double plasticShearUtilization() const
@@ -362,6 +420,11 @@ private:
     // --- member -------------------------------------------------------------------------------------
     void memberChecks()
     {
+        if (mo_->initializer.getClass() == 4 && !member_->elastic) {
+            class4Member();
+            shearBuckling();
+            return;
+        }
         const BucklingResults& r = mo_->results;
         const MomentDistribution& m = member_->moments;
         const double My = member_->forces.getMy();
@@ -408,6 +471,77 @@ private:
 
         interactionChecks(chiLTen);
         shearBuckling();
+    }
+
+    // Class 4 members: 6.3.1.1(3) Nb,Rd = chi Aeff fy / gammaM1 with lambda = sqrt(Aeff fy / Ncr);
+    // 6.3.2.1(3) Mb,Rd = chiLT Weff,y fy / gammaM1 with lambdaLT = sqrt(Weff,y fy / Mcr); (6.61) and (6.62)
+    // with the class 3 and 4 columns of Annex B, Weff and the moments N eN.
+    void class4Member()
+    {
+        const BucklingResults& r = mo_->results;
+        const Forces& f = member_->forces;
+        const SectionInitializer& init = mo_->initializer;
+        const double fyv = init.getFy(), gammaM1 = member_->gammaM1;
+        const Effective e = effective(*member_->section, fyv, f);
+        if (!e.valid) return;
+        const double N = std::fabs(f.getN());
+        double ny = 0.0, nz = 0.0, chiY = 1.0, chiZ = 1.0;
+        const bool flexural = r.getChi(Axis::y).hasValue();
+        if (flexural && f.getN() < 0.0) {
+            auto chiOf = [&](Axis axis) {
+                const double Ncr = r.getNcr(axis);
+                const double lambda = Ncr > 0.0 ? std::sqrt(e.Aeff * fyv / Ncr) : 0.0;
+                const auto curve = r.getBucklingCurveCompression(axis);
+                return flexuralReduction(lambda, alphaOfCurve(curve.hasValue() ? curve.value() : BucklingCurve{}));
+            };
+            chiY = chiOf(Axis::y);
+            chiZ = chiOf(Axis::z);
+            ny = N / (chiY * e.Aeff * fyv / gammaM1);
+            nz = N / (chiZ * e.Aeff * fyv / gammaM1);
+            const double lib = r.getUtilization(BU::Compression).valueOr(0.0);
+            add(DR::Class4GrossSection, "memberCompression", lib, std::max(ny, nz), sMemberCompression);
+        }
+        const double My = std::fabs(f.getMy());
+        if (My < tol || !r.getBucklingCurveBending().hasValue() || !(e.Weffy > 0.0)) return;
+        const double Mcr = r.getCriticalMoment();
+        const double MyRk = e.Weffy * fyv;
+        const double lambdaLT = Mcr > 0.0 ? std::sqrt(MyRk / Mcr) : 0.0;
+        const bool rolled = mo_->rolledMethod;
+        const double lambdaLT0 = rolled ? r.getLambdaLT0() : 0.2, beta = rolled ? r.getBeta() : 1.0;
+        const LateralTorsionalReduction red =
+            lateralTorsionalReduction(lambdaLT, alphaOfCurve(r.getBucklingCurveBending().value()), rolled,
+                                      lambdaLT0 > 0.0 ? lambdaLT0 : 0.4, beta > 0.0 ? beta : 0.75,
+                                      r.getCorrectionFactor().valueOr(1.0));
+        const double MbRd = red.chiLTmod * MyRk / gammaM1;
+        if (!(MbRd > 0.0)) return;
+        add(DR::Class4GrossSection, "memberBending", r.getUtilization(BU::BendingAxisY).valueOr(0.0), My / MbRd,
+            sMemberBending);
+        if (!(f.getN() < 0.0) || !flexural) return;
+        InteractionInput in;
+        in.ny = ny;
+        in.nz = nz;
+        in.lambdaY = r.getNcr(Axis::y) > 0.0 ? std::sqrt(e.Aeff * fyv / r.getNcr(Axis::y)) : 0.0;
+        in.lambdaZ = r.getNcr(Axis::z) > 0.0 ? std::sqrt(e.Aeff * fyv / r.getNcr(Axis::z)) : 0.0;
+        const MomentDistribution& m = member_->moments;
+        auto cm = [&](Axis axis) {
+            const double c = equivalentMomentFactor(m.getMomentWert(axis, 0), m.getMomentWert(axis, 1),
+                                                    m.getMomentWert(axis, 2), m.getMomentDiagram(axis));
+            return member_->cmFloor ? std::max(c, 0.9) : c;
+        };
+        in.Cmy = cm(Axis::y);
+        in.Cmz = cm(Axis::z);
+        in.CmLT = in.Cmy;
+        in.My = My + e.dMy;
+        in.Mz = std::fabs(f.getMz()) + e.dMz;
+        in.MyRd61 = in.MyRd62 = MbRd;
+        in.MzRd = e.Weffz * fyv / gammaM1;
+        in.plastic = false;
+        const SDBSectionType* type = member_->section->getType();
+        in.iSection = type && type->getKey() == SDBKey::I;
+        in.torsionallyDeformable = member_->torsionallyDeformable;
+        const double lib = r.getUtilization(BU::CompressionBending).valueOr(0.0);
+        add(DR::Class4GrossSection, "memberCompressionBending", lib, interaction(in).governing(),
+            sMemberCompressionBending);
     }
 
     // Mcr of the same member under uniform moment (zeta = 1): the library's own formula.

@@ -27,8 +27,8 @@ const char* describe(Limitation limitation)
     switch (limitation) {
     case NoLimitation: return "";
     case Class4:
-        return "class 4 needs effective section properties (EN 1993-1-5 4.3), which are not computed; the "
-               "resistances shown are those of the gross section";
+        return "class 4 needs effective section properties (EN 1993-1-5 4.3); the library's resistances are "
+               "those of the gross section (the EN values with effective properties are among the departures)";
     case CrossSectionNotSupported:
         return "the cross-section check does not cover this section kind under an axial force (error code 6)";
     case CrossSectionIncomplete:

@@ -323,6 +323,43 @@ TEST(Departures, ShearBucklingFlangeContributionLimited)
     EXPECT_EQ(girder.find(DepartureRule::ShearBucklingFlanges), nullptr);
 }
 
+// A published truss chord: IPE 330 in S355 under N = -1477 kN, Lcr = 1.936 m: Aeff = 6095 mm2 and
+// Nb,z,Rd = 1690 kN with effective properties (the library's gross value is 1724 kN). Cross-section
+// (6.44): 1477 / (6097e-6 * 355000) = 0.682.
+TEST(Departures, Class4ChordWithEffectiveArea)
+{
+    Case c("IPE 330", "S355", Forces(-1477, 0, 0, 0, 0, 0));
+    c.withMember(1.936, {0, 0, 0}).run();
+    ASSERT_EQ(c.summary.sectionClass, 4);
+    const Departure* member = c.find(DepartureRule::Class4GrossSection, "memberCompression");
+    ASSERT_NE(member, nullptr);
+    EXPECT_NEAR(1477.0 / member->en, 1690.0, 1690.0 * 0.01);
+    EXPECT_NEAR(1477.0 / member->library, 1724.0, 1724.0 * 0.005);
+    const Departure* cross = c.find(DepartureRule::Class4GrossSection, "AxialBending");
+    ASSERT_NE(cross, nullptr);
+    EXPECT_NEAR(cross->en, 0.682, 0.003);
+    EXPECT_EQ(c.summary.verdict, Verdict::NotVerified);
+    // In S235 the web is class 3 (c / t = 36.1 < 42): no departure.
+    Case s235("IPE 330", "S235", Forces(-900, 0, 0, 0, 0, 0));
+    s235.withMember(1.936, {0, 0, 0}).run();
+    EXPECT_EQ(s235.find(DepartureRule::Class4GrossSection), nullptr);
+}
+
+// A class 4 girder in bending: Weff < Wel, so the EN values exceed the library's.
+TEST(Departures, Class4GirderWithEffectiveModulus)
+{
+    Case c("WI 1000x400x6x12", "S355", Forces(-200, 800, 0, 0, 0, 0));
+    c.withMember(4.0, {800, 800, 800}).run();
+    ASSERT_EQ(c.summary.sectionClass, 4);
+    const Departure* bending = c.find(DepartureRule::Class4GrossSection, "memberBending");
+    ASSERT_NE(bending, nullptr);
+    EXPECT_GT(bending->en, 0.0);
+    const Departure* interaction = c.find(DepartureRule::Class4GrossSection, "memberCompressionBending");
+    ASSERT_NE(interaction, nullptr);
+    EXPECT_TRUE(std::isfinite(interaction->en));
+    EXPECT_GT(interaction->en, bending->en);
+}
+
 // No departure at all: the EN columns are the library's.
 TEST(Departures, OrdinaryBeamHasNone)
 {
