@@ -47,7 +47,8 @@ InteractionResult interaction(const InteractionInput& in)
         r.kzy = (in.plastic ? 0.6 : 0.8) * r.kyy;
     }
     const double my61 = ratio(in.My, in.MyRd61, in.signedMoments);
-    const double my62 = ratio(in.My, in.MyRd62, in.signedMoments);
+    // The library's (6.62) reads |My| / Mb,Rd, the lateral-torsional utilization: by magnitude in both.
+    const double my62 = ratio(in.My, in.MyRd62, false);
     const double mz = ratio(in.Mz, in.MzRd, in.signedMoments);
     r.eq661 = ny + r.kyy * my61 + r.kyz * mz;
     r.eq662 = nz + r.kzy * my62 + r.kzz * mz;

@@ -20,7 +20,7 @@ struct InteractionInput {
     // Table B.1, note: for I and H sections under compression and uniaxial bending My, kzy may be 0.
     bool kzyZeroWithoutMz = true;
     // Variants that reproduce rules of the library, to isolate the effect of each departure:
-    bool signedMoments = false;           // the moments enter with their signs
+    bool signedMoments = false;           // the moments enter with their signs (My of (6.62) excepted)
     bool kzzWithCmy = false;              // the I-section kzz of classes 1 and 2 multiplies by Cmy
 };
 
