@@ -10,7 +10,7 @@ JOBS       ?= $(shell nproc 2>/dev/null || echo 2)
 CMAKE_ARGS ?=
 
 # Debian packages the build needs; installed by `make deps` only when one is missing.
-PACKAGES = cmake g++ make libcli11-dev nlohmann-json3-dev libgtest-dev libgmock-dev libbenchmark-dev
+PACKAGES = cmake g++ make libcli11-dev nlohmann-json3-dev libgtest-dev libgmock-dev libbenchmark-dev libeigen3-dev
 
 .PHONY: deps build example test test-sanitize bench install clean
 
