@@ -265,6 +265,15 @@ nlohmann::json jsonOfRow(const RowResult& r)
 
 nlohmann::json resultJson(const RowResult& r) { return jsonOfRow(r); }
 
+namespace {
+std::atomic<bool> stopRequested{false};
+static_assert(std::atomic<bool>::is_always_lock_free);
+} // namespace
+
+void requestBatchStop() { stopRequested.store(true, std::memory_order_relaxed); }
+void resetBatchStop() { stopRequested.store(false, std::memory_order_relaxed); }
+bool batchStopRequested() { return stopRequested.load(std::memory_order_relaxed); }
+
 RowResult evaluateRow(const BatchRow& row)
 {
     SectionCache sections;
@@ -297,7 +306,16 @@ std::vector<RowResult> runBatch(const std::vector<BatchRow>& rows, unsigned jobs
             const std::size_t begin = next.fetch_add(chunk);
             if (begin >= rows.size()) return;
             const std::size_t end = std::min(rows.size(), begin + chunk);
-            for (std::size_t i = begin; i < end; ++i) results[i] = evaluate(rows[i], sections, sectionOf[i]);
+            if (batchStopRequested()) return;
+            for (std::size_t i = begin; i < end; ++i) {
+                try {
+                    results[i] = evaluate(rows[i], sections, sectionOf[i]);
+                } catch (const std::exception& e) {
+                    const auto* member = std::get_if<MemberRow>(&rows[i]);
+                    results[i] = rejected(member ? member->line : 0, member ? member->id : std::string(), "",
+                                          std::string("the row could not be evaluated: ") + e.what());
+                }
+            }
             done.fetch_add(end - begin);
         }
     };

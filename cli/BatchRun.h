@@ -37,7 +37,14 @@ nlohmann::json resultJson(const RowResult& result);
 // Evaluates one parsed row (a RowError gives a rejected result). Sections and steels are looked up here.
 RowResult evaluateRow(const BatchRow& row);
 
+// A request to stop the running batch (from a signal handler: async-signal-safe), its reset and its state.
+void requestBatchStop();
+void resetBatchStop();
+bool batchStopRequested();
+
 // Every row, on `jobs` threads (0: every core), results in input order. With progress, a bar on stderr.
+// A stop request ends the run early (the results are then incomplete). A row whose evaluation throws
+// becomes a rejected row: one row never stops the batch.
 std::vector<RowResult> runBatch(const std::vector<BatchRow>& rows, unsigned jobs, bool progress);
 
 enum class OutputFormat { JsonLines, Csv };

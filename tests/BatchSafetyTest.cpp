@@ -1,0 +1,161 @@
+// The batch keeps the user's data safe: it never writes over its input (also through a link), refuses
+// directories, reads a spreadsheet's UTF-8 byte-order mark and CRLF line ends, checks every other row
+// when one is rejected, and an interrupted run leaves an existing --out byte for byte as it was.
+
+#include "CommandRunner.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::string example = std::string(STEELDESIGN_SOURCE_DIR) + "/examples/frames.csv";
+
+std::string slurp(const std::string& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    std::stringstream s;
+    s << in.rdbuf();
+    return s.str();
+}
+
+// A directory of its own for each test, removed with everything in it.
+class Scratch {
+public:
+    Scratch() : dir_(fs::path(::testing::TempDir()) / ("steeldesign_safety_" + std::to_string(getpid()) + "_" +
+                                                        ::testing::UnitTest::GetInstance()->current_test_info()->name()))
+    {
+        fs::create_directories(dir_);
+    }
+    ~Scratch()
+    {
+        std::error_code ec;
+        fs::remove_all(dir_, ec);
+    }
+    std::string path(const std::string& name) const { return (dir_ / name).string(); }
+    std::string write(const std::string& name, const std::string& content) const
+    {
+        std::ofstream(path(name), std::ios::binary) << content;
+        return path(name);
+    }
+
+private:
+    fs::path dir_;
+};
+
+// The example's rows repeated to at least n data rows, with its header.
+std::string repeatedExample(std::size_t n)
+{
+    std::ifstream in(example);
+    std::string header, line;
+    std::getline(in, header);
+    std::vector<std::string> rows;
+    while (std::getline(in, line)) rows.push_back(line);
+    std::string out = header + "\n";
+    for (std::size_t i = 0; i < n; ++i) out += rows[i % rows.size()] + "\n";
+    return out;
+}
+
+} // namespace
+
+TEST(BatchSafety, OutputNamingTheInputIsRefusedAlsoThroughALink)
+{
+    const Scratch s;
+    const std::string model = s.write("model.csv", slurp(example));
+    const std::string before = slurp(model);
+    const CommandRun same = runSteeldesign("batch " + model + " --out " + model);
+    EXPECT_EQ(same.exitCode, 2);
+    EXPECT_NE(same.output.find("is the input file"), std::string::npos) << same.output;
+    fs::create_symlink(model, s.path("link.csv"));
+    const CommandRun link = runSteeldesign("batch " + model + " --out " + s.path("link.csv"));
+    EXPECT_EQ(link.exitCode, 2);
+    const CommandRun reverse = runSteeldesign("batch " + s.path("link.csv") + " --out " + model);
+    EXPECT_EQ(reverse.exitCode, 2);
+    EXPECT_EQ(slurp(model), before);  // the model is untouched
+}
+
+TEST(BatchSafety, DirectoriesAndMissingFilesAreBadInput)
+{
+    const Scratch s;
+    const CommandRun dir = runSteeldesign("batch " + s.path(""));
+    EXPECT_EQ(dir.exitCode, 2);
+    EXPECT_NE(dir.output.find("is a directory"), std::string::npos) << dir.output;
+    const CommandRun missing = runSteeldesign("batch " + s.path("nothing.csv"));
+    EXPECT_EQ(missing.exitCode, 2);
+    EXPECT_NE(missing.output.find("does not exist"), std::string::npos) << missing.output;
+    const CommandRun outDir = runSteeldesign("batch " + example + " --out " + s.path(""));
+    EXPECT_EQ(outDir.exitCode, 2);
+}
+
+// A CSV saved by a spreadsheet: a UTF-8 byte-order mark and CRLF line ends give the same results.
+TEST(BatchSafety, ByteOrderMarkAndCrlfAreRead)
+{
+    const Scratch s;
+    std::string crlf = "\xEF\xBB\xBF";
+    for (char c : slurp(example)) crlf += c == '\n' ? std::string("\r\n") : std::string(1, c);
+    const std::string spreadsheet = s.write("excel.csv", crlf);
+    const CommandRun a = runSteeldesign("batch " + spreadsheet + " --format csv", false);
+    const CommandRun b = runSteeldesign("batch " + example + " --format csv", false);
+    EXPECT_EQ(a.exitCode, b.exitCode);
+    EXPECT_EQ(a.output, b.output);
+    // Standard input works as a file.
+    const CommandRun piped = runSteeldesign("batch - --format csv < " + example, false);
+    EXPECT_EQ(piped.output, b.output);
+}
+
+// A row the library cannot take, in the middle of 20,000: that row is rejected with its line and field,
+// every other row is checked.
+TEST(BatchSafety, OneBadRowNeverStopsTheBatch)
+{
+    const Scratch s;
+    std::string text = repeatedExample(20000);
+    const std::size_t middle = text.find('\n', text.size() / 2) + 1;
+    text.insert(middle, "bad,CHS 1e999x5,S355,-10,0,0,0,0,0,3,,,,,,,,,,\n");  // 20 fields
+    const std::string input = s.write("large.csv", text);
+    const CommandRun r = runSteeldesign("batch " + input + " --format csv --out " + s.path("out.csv"));
+    EXPECT_EQ(r.exitCode, 2);
+    EXPECT_NE(r.output.find("rows 20001"), std::string::npos) << r.output.substr(0, 300);
+    EXPECT_NE(r.output.find("rejected 1"), std::string::npos);
+    EXPECT_NE(r.output.find("field section"), std::string::npos);
+    EXPECT_NE(r.output.find("out of range"), std::string::npos);
+    std::ifstream out(s.path("out.csv"));
+    std::size_t lines = 0;
+    for (std::string line; std::getline(out, line);) ++lines;
+    EXPECT_EQ(lines, 20002u);  // header and every row
+}
+
+// SIGINT and SIGTERM during a long run: exit 130, no temporary file left, the previous --out unchanged.
+TEST(BatchSafety, InterruptedRunLeavesThePreviousOutputUntouched)
+{
+    const Scratch s;
+    const std::string input = s.write("huge.csv", repeatedExample(600000));
+    const std::string out = s.write("results.csv", "results of yesterday\n");
+    for (int sig : {SIGINT, SIGTERM}) {
+        const pid_t pid = fork();
+        ASSERT_GE(pid, 0);
+        if (pid == 0) {
+            std::freopen("/dev/null", "w", stdout);
+            std::freopen("/dev/null", "w", stderr);
+            execl(STEELDESIGN_CLI, STEELDESIGN_CLI, "batch", input.c_str(), "--format", "csv", "--out", out.c_str(),
+                  static_cast<char*>(nullptr));
+            _exit(127);
+        }
+        usleep(300000);
+        kill(pid, sig);
+        int status = 0;
+        waitpid(pid, &status, 0);
+        ASSERT_TRUE(WIFEXITED(status)) << "signal " << sig;
+        EXPECT_EQ(WEXITSTATUS(status), 130) << "signal " << sig;
+        EXPECT_EQ(slurp(out), "results of yesterday\n");
+        EXPECT_FALSE(fs::exists(out + ".part"));
+    }
+}
