@@ -63,26 +63,15 @@ private:
     struct sigaction oldTerm_ {};
 };
 
-// The whole input as text, without a UTF-8 byte-order mark; InputError for a directory or a file that
-// cannot be read.
-std::string readInput(const std::string& file)
+// InputError for an input that is a directory or does not exist.
+void checkInput(const std::string& file)
 {
-    std::string text;
-    if (file == "-") {
-        text.assign(std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>());
-    } else {
-        std::error_code ec;
-        const auto status = std::filesystem::status(file, ec);
-        if (std::filesystem::is_directory(status))
-            throw InputError("batch: '" + file + "' is a directory; give a CSV or JSON Lines file");
-        if (ec || !std::filesystem::exists(status)) throw InputError("batch: the file '" + file + "' does not exist");
-        std::ifstream in(file, std::ios::binary);
-        if (!in) throw InputError("batch: cannot read the file '" + file + "'");
-        text.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-        if (in.bad()) throw InputError("batch: cannot read the file '" + file + "'");
-    }
-    if (text.size() >= 3 && text.compare(0, 3, "\xEF\xBB\xBF") == 0) text.erase(0, 3);
-    return text;
+    if (file == "-") return;
+    std::error_code ec;
+    const auto status = std::filesystem::status(file, ec);
+    if (std::filesystem::is_directory(status))
+        throw InputError("batch: '" + file + "' is a directory; give a CSV or JSON Lines file");
+    if (ec || !std::filesystem::exists(status)) throw InputError("batch: the file '" + file + "' does not exist");
 }
 
 // True when both names are the same existing file (device and inode; links followed).
@@ -93,6 +82,9 @@ bool sameFile(const std::string& a, const std::string& b)
     return sa.st_dev == sb.st_dev && sa.st_ino == sb.st_ino;
 }
 
+// Rows per chunk of the pipeline: the memory of a run is that of a chunk, whatever the input's size.
+constexpr std::size_t chunkRows = 8192;
+
 void run(const BatchOptions& o, CommandResult& result)
 {
     const SignalGuard signals;  // from the start: a signal while the input is read stops the run too
@@ -101,58 +93,73 @@ void run(const BatchOptions& o, CommandResult& result)
     const bool toFile = !o.out.empty() && o.out != "-";
     if (toFile && o.file != "-" && sameFile(o.file, o.out))
         throw InputError("--out: '" + o.out + "' is the input file; the results would overwrite the model");
-    if (toFile && std::filesystem::is_directory(o.out))
-        throw InputError("--out: '" + o.out + "' is a directory");
-    const std::string text = readInput(o.file);
-    std::istringstream in(text);
-    const std::vector<BatchRow> rows = readBatch(in, sniffFormat(in));
+    if (toFile && std::filesystem::is_directory(o.out)) throw InputError("--out: '" + o.out + "' is a directory");
+    checkInput(o.file);
+    std::ifstream file;
+    if (o.file != "-") {
+        file.open(o.file, std::ios::binary);
+        if (!file) throw InputError("batch: cannot read the file '" + o.file + "'");
+    }
+    std::istream& in = o.file == "-" ? std::cin : file;
+    BatchReader reader(in, std::nullopt, o.jobs);  // a bad header throws here, before anything is written
     const OutputFormat format = o.format == "csv" ? OutputFormat::Csv : OutputFormat::JsonLines;
 
+    // The results go to a temporary file beside --out, renamed when complete.
+    const std::string temporary = toFile ? o.out + ".part" : std::string();
+    std::ofstream outFile;
+    if (toFile) {
+        outFile.open(temporary, std::ios::binary | std::ios::trunc);
+        if (!outFile) throw InputError("--out: cannot write '" + o.out + "'");
+    }
+    std::ostream& out = toFile ? static_cast<std::ostream&>(outFile) : std::cout;
+    auto discard = [&] {
+        if (!toFile) return;
+        outFile.close();
+        std::error_code ignored;
+        std::filesystem::remove(temporary, ignored);
+    };
+
     const bool progress = isatty(STDERR_FILENO) != 0;
-    const std::vector<RowResult> results = runBatch(rows, o.jobs, progress);
+    BatchEvaluator evaluator(o.jobs);
+    BatchSummary summary;
+    std::vector<BatchRow> rows;
+    std::vector<RowResult> results;
+    std::size_t done = 0;
+    writeHeader(out, format);
+    while (!batchStopRequested() && reader.next(rows, chunkRows)) {
+        evaluator.run(rows, results);
+        if (batchStopRequested()) break;
+        writeRows(out, results, format, o.jobs);
+        summary.add(results);
+        done += rows.size();
+        if (progress) std::fprintf(stderr, "\r%zu rows", done);
+    }
+    if (progress) std::fprintf(stderr, "\r%*s\r", 30, "");
     if (batchStopRequested()) {
-        std::cerr << "steeldesign: batch interrupted; nothing written\n";
+        discard();
+        std::cout.flush();
+        std::cerr << "steeldesign: batch interrupted; " << (toFile ? "nothing written" : "output incomplete") << "\n";
         result.exitCode = exitInterrupted;
         return;
     }
-
-    std::ostringstream output;
-    writeResults(output, results, format);
-    const std::string& textOut = output.str();
-    if (!toFile) {
-        std::cout << textOut;
-        std::cout.flush();
-        std::cerr << summarize(results);
-    } else {
-        // Written whole to a temporary file, then renamed: a failed run leaves no half-written output.
-        const std::string temporary = o.out + ".part";
-        {
-            std::ofstream file(temporary, std::ios::binary | std::ios::trunc);
-            if (!file) throw InputError("--out: cannot write '" + o.out + "'");
-            file << textOut;
-            if (!file.flush()) {
-                file.close();
-                std::error_code ignored;
-                std::filesystem::remove(temporary, ignored);
-                throw InputError("--out: cannot write '" + o.out + "'");
-            }
-        }
-        if (batchStopRequested()) {  // a signal while writing: the previous --out stays as it was
-            std::error_code ignored;
-            std::filesystem::remove(temporary, ignored);
-            std::cerr << "steeldesign: batch interrupted; nothing written\n";
-            result.exitCode = exitInterrupted;
-            return;
-        }
+    out.flush();
+    if (!out) {
+        discard();
+        throw InputError(toFile ? "--out: cannot write '" + o.out + "'" : std::string("batch: cannot write the output"));
+    }
+    if (toFile) {
+        outFile.close();
         std::error_code ec;
         std::filesystem::rename(temporary, o.out, ec);
         if (ec) {
             std::filesystem::remove(temporary, ec);
             throw InputError("--out: cannot write '" + o.out + "'");
         }
-        std::cout << summarize(results);
+        std::cout << summary.text();
+    } else {
+        std::cerr << summary.text();
     }
-    result.exitCode = exitCodeOf(results);
+    result.exitCode = summary.exitCode();
 }
 
 } // namespace

@@ -245,38 +245,16 @@ bool splitPlainCsv(std::string_view line, std::vector<std::string_view>& fields)
     }
 }
 
-// The lines of the text as std::getline takes them apart (a last line without a line break counts,
-// nothing follows a final line break), without a trailing carriage return.
-std::vector<std::string_view> linesOf(std::string_view text)
-{
-    std::vector<std::string_view> lines;
-    std::size_t pos = 0;
-    while (pos < text.size()) {
-        std::size_t end = text.find('\n', pos);
-        if (end == std::string_view::npos) end = text.size();
-        std::string_view line = text.substr(pos, end - pos);
-        if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
-        lines.push_back(line);
-        pos = end + 1;
-    }
-    return lines;
-}
+// The CSV header: the position of each known column; InputError for a missing required or an unknown
+// column.
+struct CsvHeader {
+    std::size_t fields = 0;
+    std::array<std::size_t, columnCount> position{};
+};
 
-std::vector<BatchRow> readCsv(std::istream& in)
+CsvHeader parseHeader(std::string_view line, std::size_t lineNo)
 {
-    // The whole input is read first; its rows are then parsed on every core, in order.
-    const std::string text{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-    const std::vector<std::string_view> lines = linesOf(text);
-    std::size_t lineNo = 0;
-    std::vector<std::string> header;
-    while (lineNo < lines.size()) {
-        const std::string_view line = lines[lineNo++];
-        if (!isBlank(line)) {
-            header = splitCsv(std::string(line));
-            break;
-        }
-    }
-    if (header.empty()) throw InputError("batch: the file is empty (a CSV header row is expected)");
+    const std::vector<std::string> header = splitCsv(std::string(line));
     for (const char* column : requiredColumns)
         if (std::find(header.begin(), header.end(), column) == header.end())
             throw InputError(std::string("batch: the header (line ") + std::to_string(lineNo) +
@@ -284,87 +262,59 @@ std::vector<BatchRow> readCsv(std::istream& in)
     for (const std::string& column : header)
         if (std::find(std::begin(knownColumns), std::end(knownColumns), column) == std::end(knownColumns))
             throw InputError("batch: unknown column '" + column + "' in the header (line " + std::to_string(lineNo) + ")");
-    // The header position of each column; a column named twice takes its last position.
-    std::array<std::size_t, columnCount> position;
-    position.fill(header.size());
-    for (std::size_t i = 0; i < header.size(); ++i) position[columnOf(header[i])] = i;
-
-    // Every non-blank line after the header, with its 0-based index in lines.
-    std::vector<std::size_t> dataLines;
-    for (std::size_t i = lineNo; i < lines.size(); ++i)
-        if (!isBlank(lines[i])) dataLines.push_back(i);
-
-    std::vector<BatchRow> rows(dataLines.size());
-    forEachChunk(dataLines.size(), 2048, [&](std::size_t begin, std::size_t end) {
-        std::vector<std::string_view> fields;
-        std::vector<std::string> quotedFields;
-        for (std::size_t r = begin; r < end; ++r) {
-            const std::string_view line = lines[dataLines[r]];
-            const std::size_t number = dataLines[r] + 1;
-            if (!splitPlainCsv(line, fields)) {
-                quotedFields = splitCsv(std::string(line));
-                fields.assign(quotedFields.begin(), quotedFields.end());
-            }
-            if (fields.size() != header.size()) {
-                rows[r] = RowError{number, fields.empty() ? "" : std::string(fields[0]), "",
-                                   "expected " + std::to_string(header.size()) + " fields, found " +
-                                       std::to_string(fields.size())};
-                continue;
-            }
-            CellViews cells;
-            for (std::size_t c = 0; c < columnCount; ++c)
-                if (position[c] < header.size()) cells[c] = fields[position[c]];
-            rows[r] = parseRow(cells, number);
-        }
-    });
-    return rows;
+    // A column named twice takes its last position.
+    CsvHeader h;
+    h.fields = header.size();
+    h.position.fill(header.size());
+    for (std::size_t i = 0; i < header.size(); ++i) h.position[columnOf(header[i])] = i;
+    return h;
 }
 
-std::vector<BatchRow> readJsonLines(std::istream& in)
+BatchRow parseCsvLine(std::string_view line, std::size_t number, const CsvHeader& header,
+                      std::vector<std::string_view>& fields, std::vector<std::string>& quotedFields)
 {
-    std::vector<BatchRow> rows;
-    std::string line;
-    std::size_t lineNo = 0;
-    while (std::getline(in, line)) {
-        ++lineNo;
-        if (isBlank(line)) continue;
-        nlohmann::json object;
-        try {
-            object = nlohmann::json::parse(line);
-        } catch (const nlohmann::json::parse_error&) {
-            rows.emplace_back(RowError{lineNo, "", "", "not a JSON object"});
-            continue;
-        }
-        if (!object.is_object()) {
-            rows.emplace_back(RowError{lineNo, "", "", "not a JSON object"});
-            continue;
-        }
-        Cells cells;
-        std::string unknown;
-        for (auto it = object.begin(); it != object.end(); ++it) {
-            if (std::find(std::begin(knownColumns), std::end(knownColumns), it.key()) == std::end(knownColumns)) {
-                unknown = it.key();
-                break;
-            }
-            const nlohmann::json& v = it.value();
-            if (v.is_null())
-                cells[it.key()] = std::nullopt;
-            else if (v.is_string())
-                cells[it.key()] = v.get<std::string>();
-            else if (v.is_boolean())
-                cells[it.key()] = v.get<bool>() ? "true" : "false";
-            else if (v.is_number())
-                cells[it.key()] = v.dump();  // exact round trip of the number
-            else
-                cells[it.key()] = "<" + std::string(v.type_name()) + ">";
-        }
-        if (!unknown.empty()) {
-            rows.emplace_back(RowError{lineNo, object.value("id", std::string()), unknown, "unknown field"});
-            continue;
-        }
-        rows.push_back(parseRow(cells, lineNo));
+    if (!splitPlainCsv(line, fields)) {
+        quotedFields = splitCsv(std::string(line));
+        fields.assign(quotedFields.begin(), quotedFields.end());
     }
-    return rows;
+    if (fields.size() != header.fields)
+        return RowError{number, fields.empty() ? "" : std::string(fields[0]), "",
+                        "expected " + std::to_string(header.fields) + " fields, found " + std::to_string(fields.size())};
+    CellViews cells;
+    for (std::size_t c = 0; c < columnCount; ++c)
+        if (header.position[c] < header.fields) cells[c] = fields[header.position[c]];
+    return parseRow(cells, number);
+}
+
+BatchRow parseJsonLine(const std::string& line, std::size_t lineNo)
+{
+    nlohmann::json object;
+    try {
+        object = nlohmann::json::parse(line);
+    } catch (const nlohmann::json::parse_error&) {
+        return RowError{lineNo, "", "", "not a JSON object"};
+    }
+    if (!object.is_object()) return RowError{lineNo, "", "", "not a JSON object"};
+    Cells cells;
+    for (auto it = object.begin(); it != object.end(); ++it) {
+        if (std::find(std::begin(knownColumns), std::end(knownColumns), it.key()) == std::end(knownColumns)) {
+            const auto id = object.find("id");
+            return RowError{lineNo, id != object.end() && id->is_string() ? id->get<std::string>() : std::string(),
+                            it.key(), "unknown field"};
+        }
+        const nlohmann::json& v = it.value();
+        if (v.is_null())
+            cells[it.key()] = std::nullopt;
+        else if (v.is_string())
+            cells[it.key()] = v.get<std::string>();
+        else if (v.is_boolean())
+            cells[it.key()] = v.get<bool>() ? "true" : "false";
+        else if (v.is_number())
+            cells[it.key()] = v.dump();  // exact round trip of the number
+        else
+            cells[it.key()] = "<" + std::string(v.type_name()) + ">";
+    }
+    return parseRow(cells, lineNo);
 }
 
 } // namespace
@@ -380,9 +330,90 @@ BatchFormat formatOf(const std::string& fileName)
     return BatchFormat::Csv;
 }
 
+struct BatchReader::Impl {
+    std::istream& in;
+    BatchFormat format = BatchFormat::Csv;
+    unsigned jobs = 0;
+    std::size_t lineNo = 0;
+    CsvHeader header;
+    bool first = true;          // the next line read is the input's first: a byte-order mark is dropped
+    std::string pending;        // a data line read ahead (the first JSON line), with its number
+    std::size_t pendingLine = 0;
+    std::vector<std::string> lines;  // the chunk's data lines, reused
+    std::vector<std::size_t> numbers;
+
+    Impl(std::istream& stream, unsigned threads) : in(stream), jobs(threads) {}
+
+    bool readLine(std::string& line)
+    {
+        if (!std::getline(in, line)) return false;
+        ++lineNo;
+        if (first) {
+            first = false;
+            if (line.size() >= 3 && line.compare(0, 3, "\xEF\xBB\xBF") == 0) line.erase(0, 3);
+        }
+        if (!line.empty() && line.back() == '\r') line.pop_back();
+        return true;
+    }
+};
+
+BatchReader::BatchReader(std::istream& in, std::optional<BatchFormat> format, unsigned jobs)
+    : impl_(std::make_unique<Impl>(in, jobs))
+{
+    std::string line;
+    while (impl_->readLine(line))
+        if (!isBlank(line)) break;
+    const bool empty = isBlank(line);
+    const bool json = !empty && trimView(line).front() == '{';
+    impl_->format = format ? *format : (json ? BatchFormat::JsonLines : BatchFormat::Csv);
+    if (impl_->format == BatchFormat::Csv) {
+        if (empty) throw InputError("batch: the file is empty (a CSV header row is expected)");
+        impl_->header = parseHeader(line, impl_->lineNo);
+    } else if (!empty) {
+        impl_->pending = line;
+        impl_->pendingLine = impl_->lineNo;
+    }
+}
+
+BatchReader::~BatchReader() = default;
+
+BatchFormat BatchReader::format() const { return impl_->format; }
+
+bool BatchReader::next(std::vector<BatchRow>& rows, std::size_t maxRows)
+{
+    Impl& r = *impl_;
+    std::size_t count = 0;
+    if (r.lines.size() < maxRows) r.lines.resize(maxRows);
+    r.numbers.resize(maxRows);
+    if (!r.pending.empty() && count < maxRows) {
+        r.lines[count].swap(r.pending);
+        r.pending.clear();
+        r.numbers[count++] = r.pendingLine;
+    }
+    while (count < maxRows && r.readLine(r.lines[count])) {
+        if (isBlank(r.lines[count])) continue;
+        r.numbers[count++] = r.lineNo;
+    }
+    rows.resize(count);
+    if (count == 0) return false;
+    // The chunk's rows are parsed on every core, each into its own slot.
+    forEachChunk(count, 2048, r.jobs, [&](std::size_t begin, std::size_t end) {
+        std::vector<std::string_view> fields;
+        std::vector<std::string> quotedFields;
+        for (std::size_t i = begin; i < end; ++i)
+            rows[i] = r.format == BatchFormat::Csv
+                          ? parseCsvLine(r.lines[i], r.numbers[i], r.header, fields, quotedFields)
+                          : parseJsonLine(r.lines[i], r.numbers[i]);
+    });
+    return true;
+}
+
 std::vector<BatchRow> readBatch(std::istream& in, BatchFormat format)
 {
-    return format == BatchFormat::Csv ? readCsv(in) : readJsonLines(in);
+    BatchReader reader(in, format);
+    std::vector<BatchRow> all, chunk;
+    while (reader.next(chunk, 65536)) std::move(chunk.begin(), chunk.end(), std::back_inserter(all));
+    return all;
 }
 
 } // namespace cli

@@ -23,6 +23,7 @@
 #include <array>
 #include <cstddef>
 #include <istream>
+#include <memory>
 #include <optional>
 #include <string>
 #include <variant>
@@ -58,8 +59,28 @@ enum class BatchFormat { Csv, JsonLines };
 // The format from the file name (.jsonl / .json / .ndjson: JSON Lines, anything else CSV).
 BatchFormat formatOf(const std::string& fileName);
 
-// Every non-blank line after the CSV header becomes one row, checked or rejected. A file whose header
-// lacks a required column, or that has no header, throws InputError.
+// Reads a batch in chunks, so that memory stays bounded whatever the size of the input. The format is
+// given, or found from the first non-blank line ('{': JSON Lines, else CSV). A UTF-8 byte-order mark
+// and CRLF line ends are accepted. A CSV header without a required column, with an unknown one, or
+// missing altogether throws InputError from the constructor. jobs bounds the parsing threads (0: every
+// core).
+class BatchReader {
+public:
+    explicit BatchReader(std::istream& in, std::optional<BatchFormat> format = std::nullopt, unsigned jobs = 0);
+    ~BatchReader();
+    BatchReader(const BatchReader&) = delete;
+    BatchReader& operator=(const BatchReader&) = delete;
+    BatchFormat format() const;
+    // The next up to maxRows rows (every non-blank line after the CSV header is one row, checked or
+    // rejected), in input order; false at the end of the input.
+    bool next(std::vector<BatchRow>& rows, std::size_t maxRows);
+
+private:
+    struct Impl;
+    std::unique_ptr<Impl> impl_;
+};
+
+// Every row of the input at once.
 std::vector<BatchRow> readBatch(std::istream& in, BatchFormat format);
 
 } // namespace cli

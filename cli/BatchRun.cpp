@@ -224,6 +224,137 @@ void appendCsvRow(std::string& buffer, const RowResult& r, std::size_t utilizati
     buffer += ",,\n";
 }
 
+// --- JSON Lines, written directly: the same bytes as nlohmann::json's dump() of jsonOfRow (keys in
+// its order, numbers by its own shortest round-trip conversion), without building a document per row.
+
+void appendJsonString(std::string& out, std::string_view text)
+{
+    out += '"';
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const auto c = static_cast<unsigned char>(text[i]);
+        switch (c) {
+        case '"': out += "\\\""; break;
+        case '\\': out += "\\\\"; break;
+        case '\b': out += "\\b"; break;
+        case '\f': out += "\\f"; break;
+        case '\n': out += "\\n"; break;
+        case '\r': out += "\\r"; break;
+        case '\t': out += "\\t"; break;
+        default:
+            if (c < 0x20) {
+                char buffer[8];
+                std::snprintf(buffer, sizeof buffer, "\\u%04x", c);
+                out += buffer;
+            } else if (c < 0x80) {
+                out += static_cast<char>(c);
+            } else {
+                // A UTF-8 sequence is copied as it is; a byte that does not start or continue one becomes
+                // U+FFFD, so that the line stays valid JSON.
+                const std::size_t length = c >= 0xF0 && c < 0xF5 ? 4 : c >= 0xE0 ? 3 : c >= 0xC2 && c < 0xE0 ? 2 : 0;
+                bool valid = length != 0 && i + length <= text.size();
+                for (std::size_t k = 1; valid && k < length; ++k)
+                    valid = (static_cast<unsigned char>(text[i + k]) & 0xC0) == 0x80;
+                if (valid) {
+                    out.append(text.substr(i, length));
+                    i += length - 1;
+                } else {
+                    out += "\xEF\xBF\xBD";
+                }
+            }
+        }
+    }
+    out += '"';
+}
+
+void appendJsonNumber(std::string& out, double value)
+{
+    char buffer[64];
+    char* end = nlohmann::detail::to_chars(buffer, buffer + sizeof buffer, value);
+    out.append(buffer, end);
+}
+
+// A utilization: a number, "inf", "-inf", "nan" (JSON has none of them), or null when absent.
+void appendJsonUtilization(std::string& out, const kat::Nullable<double>& u)
+{
+    if (!u.hasValue()) {
+        out += "null";
+        return;
+    }
+    const double v = u.value();
+    if (std::isnan(v)) out += "\"nan\"";
+    else if (std::isinf(v)) out += v > 0 ? "\"inf\"" : "\"-inf\"";
+    else appendJsonNumber(out, v);
+}
+
+void appendJsonRow(std::string& out, const RowResult& r)
+{
+    if (r.rejected) {
+        out += "{\"field\":";
+        appendJsonString(out, r.errorField);
+        out += ",\"id\":";
+        appendJsonString(out, r.id);
+        out += ",\"line\":";
+        appendInteger(out, r.line);
+        out += ",\"message\":";
+        appendJsonString(out, r.errorMessage);
+        out += ",\"status\":\"rejected\"}\n";
+        return;
+    }
+    out += "{\"class\":";
+    appendInteger(out, r.sectionClass);
+    out += ",\"departures\":";
+    if (r.departures != 0) appendJsonString(out, design::departureNames(r.departures));
+    else out += "null";
+    out += ",\"enUtilization\":";
+    appendJsonUtilization(out, r.enGoverning);
+    out += ",\"errorCode\":";
+    appendInteger(out, r.errorCode);
+    out += r.fulfilled ? ",\"fulfilled\":true" : ",\"fulfilled\":false";
+    out += ",\"governing\":";
+    if (r.governing.empty()) out += "null";
+    else appendJsonString(out, r.governing);
+    out += ",\"governingUtilization\":";
+    if (r.governing.empty()) out += "null";
+    else appendJsonUtilization(out, kat::Nullable<double>(r.governingUtilization));
+    out += ",\"id\":";
+    appendJsonString(out, r.id);
+    out += ",\"lateralTorsionalMethod\":";
+    out += r.memberChecked ? (r.rolledMethod ? "\"6.3.2.3\"" : "\"6.3.2.2\"") : "null";
+    out += ",\"line\":";
+    appendInteger(out, r.line);
+    out += r.memberChecked ? ",\"memberChecked\":true" : ",\"memberChecked\":false";
+    out += ",\"memberErrorCode\":";
+    appendInteger(out, r.memberErrorCode);
+    out += ",\"notVerified\":";
+    if (r.limitations != 0) appendJsonString(out, design::describeAll(r.limitations));
+    else out += "null";
+    out += ",\"section\":";
+    appendJsonString(out, r.section);
+    out += ",\"shearBucklingErrorCode\":";
+    appendInteger(out, r.shearBucklingErrorCode);
+    out += ",\"status\":\"checked\",\"steel\":";
+    appendJsonString(out, r.steel);
+    // utilizationNames in the order of a JSON object's keys (byte order): the cross-section ones first.
+    static constexpr std::pair<const char*, int> keys[] = {
+        {"Axial", 0},         {"AxialBending", 4},      {"AxialShearBending", 6},        {"Bending", 2},
+        {"Shear", 3},         {"ShearBending", 5},      {"Torsion", 1},                  {"memberBending", 8},
+        {"memberCompression", 7}, {"memberCompressionBending", 9}, {"memberShearBuckling", 10}};
+    out += ",\"utilizations\":{";
+    bool first = true;
+    for (const auto& [key, index] : keys) {
+        if (!first) out += ',';
+        first = false;
+        out += '"';
+        out += key;
+        out += "\":";
+        appendJsonUtilization(out, index < 7 ? r.crossSection[static_cast<std::size_t>(index)]
+                                             : r.member[static_cast<std::size_t>(index - 7)]);
+    }
+    out += "},\"verdict\":";
+    appendJsonString(out, design::toString(r.verdict));
+    out += "}\n";
+}
+
 nlohmann::json jsonOfRow(const RowResult& r)
 {
     nlohmann::json j;
@@ -280,22 +411,33 @@ RowResult evaluateRow(const BatchRow& row)
     return evaluate(row, sections);
 }
 
-std::vector<RowResult> runBatch(const std::vector<BatchRow>& rows, unsigned jobs, bool progress)
-{
-    std::vector<RowResult> results(rows.size());
+struct BatchEvaluator::Impl {
+    unsigned jobs = 0;
     SectionCache sections;
-    // Every row's section is looked up before the threads start, so that the workers need no lock.
     // A designation spelled as before is not normalised again.
-    std::vector<const SectionCache::Entry*> sectionOf(rows.size(), nullptr);
     std::unordered_map<std::string, const SectionCache::Entry*> bySpelling;
+};
+
+BatchEvaluator::BatchEvaluator(unsigned jobs) : impl_(std::make_unique<Impl>()) { impl_->jobs = jobs; }
+
+BatchEvaluator::~BatchEvaluator() = default;
+
+void BatchEvaluator::run(const std::vector<BatchRow>& rows, std::vector<RowResult>& results, bool progress)
+{
+    results.clear();
+    results.resize(rows.size());
+    SectionCache& sections = impl_->sections;
+    // Every row's section is looked up before the threads start, so that the workers need no lock.
+    std::vector<const SectionCache::Entry*> sectionOf(rows.size(), nullptr);
     for (std::size_t i = 0; i < rows.size(); ++i) {
         const auto* member = std::get_if<MemberRow>(&rows[i]);
         if (!member) continue;
-        auto [it, added] = bySpelling.try_emplace(member->section, nullptr);
+        auto [it, added] = impl_->bySpelling.try_emplace(member->section, nullptr);
         if (added) it->second = &sections.get(member->section);
         sectionOf[i] = it->second;
     }
 
+    const unsigned jobs = impl_->jobs;
     unsigned threads = jobs != 0 ? jobs : std::max(1u, std::thread::hardware_concurrency());
     threads = static_cast<unsigned>(std::min<std::size_t>(threads, std::max<std::size_t>(rows.size(), 1)));
     std::atomic<std::size_t> next{0};
@@ -341,87 +483,120 @@ std::vector<RowResult> runBatch(const std::vector<BatchRow>& rows, unsigned jobs
     for (std::thread& t : pool) t.join();
     finished = true;
     if (reporter.joinable()) reporter.join();
+}
+
+std::vector<RowResult> runBatch(const std::vector<BatchRow>& rows, unsigned jobs, bool progress)
+{
+    std::vector<RowResult> results;
+    BatchEvaluator(jobs).run(rows, results, progress);
     return results;
 }
 
-void writeResults(std::ostream& out, const std::vector<RowResult>& results, OutputFormat format)
+void writeHeader(std::ostream& out, OutputFormat format)
+{
+    if (format == OutputFormat::JsonLines) return;
+    out << "id,line,status,section,steel,class,errorCode,memberErrorCode,shearBucklingErrorCode";
+    for (const std::string& name : utilizationNames()) out << ',' << name;
+    out << ",governing,governingUtilization,fulfilled,verdict,reason,enUtilization,departures,field,message\n";
+}
+
+void writeRows(std::ostream& out, const std::vector<RowResult>& results, OutputFormat format, unsigned jobs)
 {
     const auto& names = utilizationNames();
-    if (format == OutputFormat::JsonLines) {
-        for (const RowResult& r : results) out << jsonOfRow(r).dump() << '\n';
-        return;
-    }
-    out << "id,line,status,section,steel,class,errorCode,memberErrorCode,shearBucklingErrorCode";
-    for (const std::string& name : names) out << ',' << name;
-    out << ",governing,governingUtilization,fulfilled,verdict,reason,enUtilization,departures,field,message\n";
     // The rows are formatted in chunks on every core, each chunk into a text of its own, and the texts
     // written in order.
     constexpr std::size_t chunk = 4096;
     std::vector<std::string> texts((results.size() + chunk - 1) / chunk);
-    forEachChunk(results.size(), chunk, [&](std::size_t begin, std::size_t end) {
+    forEachChunk(results.size(), chunk, jobs, [&](std::size_t begin, std::size_t end) {
         std::string& text = texts[begin / chunk];
-        text.reserve((end - begin) * 160);
-        for (std::size_t i = begin; i < end; ++i) appendCsvRow(text, results[i], names.size());
+        text.reserve((end - begin) * (format == OutputFormat::JsonLines ? 600 : 200));
+        for (std::size_t i = begin; i < end; ++i) {
+            if (format == OutputFormat::JsonLines) appendJsonRow(text, results[i]);
+            else appendCsvRow(text, results[i], names.size());
+        }
     });
     for (const std::string& text : texts) out.write(text.data(), static_cast<std::streamsize>(text.size()));
 }
 
-std::string summarize(const std::vector<RowResult>& results)
+void writeResults(std::ostream& out, const std::vector<RowResult>& results, OutputFormat format)
 {
-    std::size_t fulfilled = 0, notFulfilled = 0, notVerified = 0, rejectedRows = 0;
-    std::vector<const RowResult*> checked;
+    writeHeader(out, format);
+    writeRows(out, results, format, 0);
+}
+
+void BatchSummary::add(const std::vector<RowResult>& results)
+{
     for (const RowResult& r : results) {
+        ++rows_;
         if (r.rejected) {
-            ++rejectedRows;
+            ++rejected_;
+            if (rejectedLines_.size() < listedRows)
+                rejectedLines_.push_back("rejected: line " + std::to_string(r.line) + (r.id.empty() ? "" : " (" + r.id + ")") +
+                                         (r.errorField.empty() ? "" : ", field " + r.errorField) + ": " + r.errorMessage +
+                                         "\n");
             continue;
         }
-        (r.verdict == design::Verdict::Fulfilled      ? fulfilled
-         : r.verdict == design::Verdict::NotFulfilled ? notFulfilled
-                                                      : notVerified)++;
-        if (!r.governing.empty()) checked.push_back(&r);
-    }
-    const std::size_t top = std::min<std::size_t>(5, checked.size());
-    std::partial_sort(checked.begin(), checked.begin() + top, checked.end(), [](const RowResult* a, const RowResult* b) {
-        if (rank(a->governingUtilization) != rank(b->governingUtilization))
-            return rank(a->governingUtilization) > rank(b->governingUtilization);
-        return a->line < b->line;
-    });
-    std::string out = "rows " + std::to_string(results.size()) + ", fulfilled " + std::to_string(fulfilled) +
-                      ", not fulfilled " + std::to_string(notFulfilled) + ", not verified " +
-                      std::to_string(notVerified) + ", rejected " + std::to_string(rejectedRows) + "\n";
-    if (top > 0) out += "highest utilizations:\n";
-    for (std::size_t i = 0; i < top; ++i) {
-        char line[256];
-        std::snprintf(line, sizeof line, "  %-16s %8.3f  %s (%s)\n", checked[i]->id.c_str(),
-                      checked[i]->governingUtilization, checked[i]->governing.c_str(), checked[i]->section.c_str());
-        out += line;
-    }
-    std::size_t shown = 0;
-    for (const RowResult& r : results) {
-        if (r.rejected || r.verdict != design::Verdict::NotVerified) continue;
-        if (++shown > 5) {
-            out += "  ... " + std::to_string(notVerified - 5) + " more rows not verified\n";
+        switch (r.verdict) {
+        case design::Verdict::Fulfilled: ++fulfilled_; break;
+        case design::Verdict::NotFulfilled: ++notFulfilled_; break;
+        case design::Verdict::NotVerified:
+            ++notVerified_;
+            if (notVerifiedLines_.size() < 5)
+                notVerifiedLines_.push_back("not verified: line " + std::to_string(r.line) +
+                                            (r.id.empty() ? "" : " (" + r.id + ")") + ": " +
+                                            design::describeAll(r.limitations) + "\n");
             break;
         }
-        out += "not verified: line " + std::to_string(r.line) + (r.id.empty() ? "" : " (" + r.id + ")") + ": " +
-               design::describeAll(r.limitations) + "\n";
+        if (r.governing.empty()) continue;
+        // The five highest, by utilization (not a number first), then by line.
+        const Top entry{rank(r.governingUtilization), r.governingUtilization, r.line, r.id, r.governing, r.section};
+        auto before = [](const Top& a, const Top& b) { return a.rank != b.rank ? a.rank > b.rank : a.line < b.line; };
+        if (top_.size() == 5 && !before(entry, top_.back())) continue;
+        top_.insert(std::upper_bound(top_.begin(), top_.end(), entry, before), entry);
+        if (top_.size() > 5) top_.pop_back();
     }
-    for (const RowResult& r : results)
-        if (r.rejected)
-            out += "rejected: line " + std::to_string(r.line) + (r.id.empty() ? "" : " (" + r.id + ")") +
-                   (r.errorField.empty() ? "" : ", field " + r.errorField) + ": " + r.errorMessage + "\n";
+}
+
+std::string BatchSummary::text() const
+{
+    std::string out = "rows " + std::to_string(rows_) + ", fulfilled " + std::to_string(fulfilled_) +
+                      ", not fulfilled " + std::to_string(notFulfilled_) + ", not verified " +
+                      std::to_string(notVerified_) + ", rejected " + std::to_string(rejected_) + "\n";
+    if (!top_.empty()) out += "highest utilizations:\n";
+    for (const Top& t : top_) {
+        char line[256];
+        std::snprintf(line, sizeof line, "  %-16s %8.3f  %s (%s)\n", t.id.c_str(), t.utilization, t.governing.c_str(),
+                      t.section.c_str());
+        out += line;
+    }
+    for (const std::string& line : notVerifiedLines_) out += line;
+    if (notVerified_ > notVerifiedLines_.size())
+        out += "  ... " + std::to_string(notVerified_ - notVerifiedLines_.size()) + " more rows not verified\n";
+    for (const std::string& line : rejectedLines_) out += line;
+    if (rejected_ > rejectedLines_.size())
+        out += "  ... " + std::to_string(rejected_ - rejectedLines_.size()) + " more rows rejected\n";
     return out;
+}
+
+int BatchSummary::exitCode() const
+{
+    if (rejected_ > 0) return 2;
+    if (notFulfilled_ > 0) return 1;
+    return notVerified_ > 0 ? 3 : 0;
+}
+
+std::string summarize(const std::vector<RowResult>& results)
+{
+    BatchSummary summary;
+    summary.add(results);
+    return summary.text();
 }
 
 int exitCodeOf(const std::vector<RowResult>& results)
 {
-    bool anyNotFulfilled = false, anyNotVerified = false;
-    for (const RowResult& r : results) {
-        if (r.rejected) return 2;
-        if (r.verdict == design::Verdict::NotFulfilled) anyNotFulfilled = true;
-        if (r.verdict == design::Verdict::NotVerified) anyNotVerified = true;
-    }
-    return anyNotFulfilled ? 1 : anyNotVerified ? 3 : 0;
+    BatchSummary summary;
+    summary.add(results);
+    return summary.exitCode();
 }
 
 BatchFormat sniffFormat(std::istream& in)

@@ -12,6 +12,7 @@
 
 #include <array>
 #include <iosfwd>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -42,18 +43,58 @@ void requestBatchStop();
 void resetBatchStop();
 bool batchStopRequested();
 
+// Evaluates the rows of a batch chunk by chunk, on `jobs` threads (0: every core); the sections looked up
+// are kept for the whole run.
+class BatchEvaluator {
+public:
+    explicit BatchEvaluator(unsigned jobs);
+    ~BatchEvaluator();
+    BatchEvaluator(const BatchEvaluator&) = delete;
+    BatchEvaluator& operator=(const BatchEvaluator&) = delete;
+    // The results of the rows, in input order, into results (resized). With progress, a bar on stderr.
+    void run(const std::vector<BatchRow>& rows, std::vector<RowResult>& results, bool progress = false);
+
+private:
+    struct Impl;
+    std::unique_ptr<Impl> impl_;
+};
+
 // Every row, on `jobs` threads (0: every core), results in input order. With progress, a bar on stderr.
 // A stop request ends the run early (the results are then incomplete). A row whose evaluation throws
 // becomes a rejected row: one row never stops the batch.
 std::vector<RowResult> runBatch(const std::vector<BatchRow>& rows, unsigned jobs, bool progress);
 
 enum class OutputFormat { JsonLines, Csv };
+// The CSV header line (nothing for JSON Lines), then the rows; writeResults writes both.
+void writeHeader(std::ostream& out, OutputFormat format);
+void writeRows(std::ostream& out, const std::vector<RowResult>& results, OutputFormat format, unsigned jobs);
 void writeResults(std::ostream& out, const std::vector<RowResult>& results, OutputFormat format);
 
-// Rows, fulfilled, not fulfilled, rejected, and the five highest utilizations with their member ids.
-std::string summarize(const std::vector<RowResult>& results);
+// The summary of a batch, kept incrementally chunk by chunk in bounded memory: rows, fulfilled, not
+// fulfilled, not verified, rejected; the five highest utilizations with their member ids; the first five
+// rows not verified with their reasons; the rejected rows with line and field (the first 1,000 listed).
+class BatchSummary {
+public:
+    static constexpr std::size_t listedRows = 1000;
+    void add(const std::vector<RowResult>& results);
+    std::string text() const;
+    // 2 when a row was rejected, else 1 when a row is not fulfilled, else 3 when a row is not verified,
+    // else 0.
+    int exitCode() const;
 
-// 2 when a row was rejected, else 1 when a row is not fulfilled, else 3 when a row is not verified, else 0.
+private:
+    struct Top {
+        double rank, utilization;
+        std::size_t line;
+        std::string id, governing, section;
+    };
+    std::size_t rows_ = 0, fulfilled_ = 0, notFulfilled_ = 0, notVerified_ = 0, rejected_ = 0;
+    std::vector<Top> top_;
+    std::vector<std::string> notVerifiedLines_, rejectedLines_;
+};
+
+// The summary and the exit code of a whole batch at once.
+std::string summarize(const std::vector<RowResult>& results);
 int exitCodeOf(const std::vector<RowResult>& results);
 
 // JSON Lines when the first non-blank character is '{', CSV otherwise; the stream is rewound.

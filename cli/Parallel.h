@@ -11,14 +11,14 @@
 
 namespace cli {
 
-// Calls body(begin, end) for consecutive chunks of [0, count), on up to every core; serially when the
-// count fits one chunk. Returns when all chunks are done. body must not throw.
+// Calls body(begin, end) for consecutive chunks of [0, count), on up to jobs threads (0: every core);
+// serially when the count fits one chunk. Returns when all chunks are done. body must not throw.
 template <typename Body>
-void forEachChunk(std::size_t count, std::size_t chunk, Body body)
+void forEachChunk(std::size_t count, std::size_t chunk, unsigned jobs, Body body)
 {
     const std::size_t chunks = (count + chunk - 1) / chunk;
-    const unsigned threads = static_cast<unsigned>(
-        std::min<std::size_t>(std::max(1u, std::thread::hardware_concurrency()), chunks));
+    const unsigned cores = jobs != 0 ? jobs : std::max(1u, std::thread::hardware_concurrency());
+    const unsigned threads = static_cast<unsigned>(std::min<std::size_t>(cores, chunks));
     if (threads <= 1) {
         if (count > 0) body(std::size_t{0}, count);
         return;
