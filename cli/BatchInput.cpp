@@ -26,16 +26,16 @@ const char* const knownColumns[] = {"id",       "section",  "steel",      "N",  
                                     "MzMid",    "MzEnd",    "diagramZ",   "loadPoint",  "maxMoment",
                                     "mcr",      "cTheta",   "shearPanel", "gammaM0",    "gammaM1",
                                     "rolledMethod", "torsionallyDeformable", "cmFloor", "elastic",
-                                    "lengthY",  "lengthZ",  "lengthLT"};
+                                    "lengthY",  "lengthZ",  "lengthLT", "mcrMethod"};
 constexpr std::size_t columnCount = std::size(knownColumns);
 
 // The known columns by their index in knownColumns.
 enum Column : std::size_t {
     cId, cSection, cSteel, cN, cMy, cMz, cMt, cVy, cVz, cLength, cMyStart, cMyMid, cMyEnd, cDiagramY, cMzStart,
     cMzMid, cMzEnd, cDiagramZ, cLoadPoint, cMaxMoment, cMcr, cCTheta, cShearPanel, cGammaM0, cGammaM1,
-    cRolledMethod, cTorsionallyDeformable, cCmFloor, cElastic, cLengthY, cLengthZ, cLengthLT
+    cRolledMethod, cTorsionallyDeformable, cCmFloor, cElastic, cLengthY, cLengthZ, cLengthLT, cMcrMethod
 };
-static_assert(cLengthLT + 1 == columnCount);
+static_assert(cMcrMethod + 1 == columnCount);
 
 // The index of a known column name, or columnCount.
 std::size_t columnOf(std::string_view name)
@@ -206,6 +206,9 @@ BatchRow parseRow(const CellViews& cells, std::size_t line)
         for (Column field : {cMcr, cCTheta, cShearPanel})
             if (auto v = r.number(field); v && *v < 0.0) r.fail(field, "must not be negative");
         row.rolledMethod = r.optionalFlag(cRolledMethod);
+        row.mcrMethod = r.choice(cMcrMethod, {"tables", "numerical"}, "tables");
+        if (row.mcrMethod == "numerical" && row.mcr && *row.mcr != 0.0)
+            r.fail(cMcrMethod, "numerical computes Mcr; it cannot be combined with a given mcr");
         row.torsionallyDeformable = r.flag(cTorsionallyDeformable);
         row.cmFloor = r.flag(cCmFloor);
         row.elastic = r.flag(cElastic);

@@ -16,6 +16,7 @@
 //   rolledMethod                               optional boolean: true 6.3.2.3, false 6.3.2.2, empty: 6.3.2.3
 //                                              for I sections, 6.3.2.2 for the other kinds
 //   torsionallyDeformable, cmFloor, elastic    optional booleans (true/false, yes/no, 1/0)
+//   mcrMethod                                  tables | numerical (default tables)
 //
 // An empty cell (or a JSON null) of an optional column takes its default; of a required one it rejects
 // the row. The moment values default to the row's My (Mz) at all three points.
@@ -41,6 +42,7 @@ struct MemberRow {
     std::string diagramY = "polygonal", diagramZ = "polygonal", loadPoint = "center";
     std::optional<double> maxMoment, mcr, cTheta, shearPanel, gammaM0, gammaM1;
     std::optional<bool> rolledMethod;  // empty: chosen by the section kind
+    std::string mcrMethod = "tables";
     bool torsionallyDeformable = false, cmFloor = false, elastic = false;
 };
 

@@ -127,6 +127,7 @@ RowResult evaluate(const BatchRow& parsed, SectionCache& sections, const Section
         member.torsionallyDeformable = row.torsionallyDeformable;
         member.cmFloor = row.cmFloor;
         member.elastic = row.elastic;
+        member.mcrMethod = row.mcrMethod == "numerical" ? design::McrMethod::Numerical : design::McrMethod::Tables;
     }
     RowResult r = evaluateChecks(cross, memberChecked ? &member : nullptr);
     r.line = row.line;

@@ -6,7 +6,9 @@ namespace cli {
 
 std::span<const Registrar> registrars()
 {
-    static const std::array<Registrar, 7> all{registerSectionCommand, registerSectionsCommand, registerClassifyCommand, registerCheckCommand, registerMemberCommand, registerBatchCommand, registerSelectCommand};
+    static const std::array<Registrar, 8> all{registerSectionCommand, registerSectionsCommand, registerClassifyCommand,
+                                              registerCheckCommand,   registerMemberCommand,   registerMcrCommand,
+                                              registerBatchCommand,   registerSelectCommand};
     return all;
 }
 

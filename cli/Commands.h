@@ -29,6 +29,9 @@ void registerMemberCommand(CLI::App& app, CommandResult& result);
 // `batch FILE ...` (BatchCommand.cpp).
 void registerBatchCommand(CLI::App& app, CommandResult& result);
 
+// `mcr NAME --length L ...`: the critical moment by finite elements (McrCommand.cpp).
+void registerMcrCommand(CLI::App& app, CommandResult& result);
+
 // `select --family F ...` (SelectCommand.cpp).
 void registerSelectCommand(CLI::App& app, CommandResult& result);
 

@@ -128,6 +128,7 @@ void run(const MemberCommandOptions& options, CommandResult& result)
             {"length",
              {{"y", lengths.y}, {"z", lengths.z}, {"LT", lengths.lateralTorsional}}},
             {"lateralTorsionalMethod", outcome.rolledMethod ? "6.3.2.3" : "6.3.2.2"},
+            {"mcrMethod", design::toString(request.mcrMethod)},
             {"gammaM1", o.gammaM1},
             {"class", r.getClass()},
             {"errorCode", static_cast<int>(r.getErrorCode())},
@@ -203,7 +204,10 @@ void run(const MemberCommandOptions& options, CommandResult& result)
         }
         if (lateralTorsional) {
             std::cout << "\nlateral-torsional buckling (6.3.2)\n";
-            line("Mcr", number(r.getCriticalMoment(), 2), "kNm");
+            line("Mcr", number(r.getCriticalMoment(), 2),
+                 outcome.numericalMcr > 0.0 ? "kNm (finite elements)"
+                 : std::fabs(request.moments.getMcr()) >= 1e-6 ? "kNm (given)"
+                                                                : "kNm (the library's moment coefficients)");
             line("zp", number(r.getZp() * 1000.0, 1), "mm");
             line("lambdaLT", number(r.getLambdaLT(), 4), "");
             line("curve", curveText(r.getBucklingCurveBending().value()), "");

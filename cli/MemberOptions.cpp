@@ -79,6 +79,9 @@ void MemberOptions::addTo(CLI::App& app)
         ->check(finiteNumber());
     app.add_option("--load-point", loadPoint, "load application point: center, top or bottom")->capture_default_str();
     app.add_option("--mcr", mcr, "elastic critical moment Mcr in kNm (default: computed)")->check(finiteNumber());
+    app.add_option("--mcr-method", mcrMethod,
+                   "how Mcr is computed: tables (the library's moment coefficients) or numerical (finite elements)")
+        ->capture_default_str();
     app.add_option("--c-theta", cTheta, "rotational restraint C_theta (default: none)")->check(finiteNumber());
     app.add_option("--shear-panel", shearPanel, "shear-panel stiffness S (default: none)")->check(finiteNumber());
     auto* rolled = app.add_flag("--rolled-method", rolledMethod,
@@ -118,6 +121,11 @@ design::MemberRequest MemberOptions::toRequest(SDBSection* section, KaConstrStee
                                   {valuesZ[0], valuesZ[1], valuesZ[2]}, parseDiagram("--diagram-z", diagramZ),
                                   maxMoment, parseLoadPoint(loadPoint), mcr);
     request.lengths = lengths();
+    if (mcrMethod != "tables" && mcrMethod != "numerical")
+        throw InputError("--mcr-method: '" + mcrMethod + "' is not one of tables, numerical");
+    if (mcrMethod == "numerical" && mcr != 0.0)
+        throw InputError("--mcr-method: numerical computes Mcr; it cannot be combined with --mcr");
+    request.mcrMethod = mcrMethod == "numerical" ? design::McrMethod::Numerical : design::McrMethod::Tables;
     request.gammaM1 = gammaM1;
     request.cTheta = cTheta;
     request.shearPanel = shearPanel;

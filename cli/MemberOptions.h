@@ -26,6 +26,7 @@ struct MemberOptions {
     double shearPanel = 0.0;
     bool rolledMethod = false;
     bool generalMethod = false;
+    std::string mcrMethod = "tables";
     bool torsionallyDeformable = false;
     bool cmFloor = false;
 

@@ -447,7 +447,8 @@ private:
                     std::fabs(My) / limited, sMemberBending);
             }
         }
-        if (ltbRan && std::fabs(m.getMcr()) < tol && m.getMomentDiagram(Axis::y) == MomentDiagram::Polygonal && W > 0.0) {
+        if (ltbRan && std::fabs(m.getMcr()) < tol && mo_->numericalMcr <= 0.0 &&
+            m.getMomentDiagram(Axis::y) == MomentDiagram::Polygonal && W > 0.0) {
             const double M1 = m.getMomentWert(Axis::y, 0), Mm = m.getMomentWert(Axis::y, 1), M2 = m.getMomentWert(Axis::y, 2);
             if (isStraightLine(M1, Mm, M2) && (M1 != 0.0 || M2 != 0.0)) {
                 const double Mh = std::fabs(M1) >= std::fabs(M2) ? M1 : M2;

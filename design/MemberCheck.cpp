@@ -1,5 +1,7 @@
 #include "MemberCheck.h"
 
+#include "CriticalMomentSolver.h"
+
 #include <KaStandard.h>
 #include <SteelDesign/BucklingResistance.h>
 
@@ -26,6 +28,42 @@ const char* toString(LateralTorsionalMethod method)
     case LateralTorsionalMethod::General: return "general (6.3.2.2)";
     }
     return "automatic";
+}
+
+const char* toString(McrMethod method) { return method == McrMethod::Numerical ? "numerical" : "tables"; }
+
+double numericalCriticalMoment(const MemberRequest& request, const SectionInitializer& initializer)
+{
+    const MomentDistribution& m = request.moments;
+    const double L = request.lengths.lateralTorsional;
+    const double M1 = m.getMomentWert(Axis::y, 0), Mm = m.getMomentWert(Axis::y, 1), M2 = m.getMomentWert(Axis::y, 2);
+    if (!(L > 0.0) || (M1 == 0.0 && Mm == 0.0 && M2 == 0.0)) return 0.0;
+    CriticalMomentInput in;
+    in.E = initializer.getEs();
+    in.G = initializer.getG();
+    in.section = mcrSection(*request.section);
+    in.length = L;
+    const bool parabolic = m.getMomentDiagram(Axis::y) == MomentDiagram::Parabolic;
+    in.moments = McrMomentDiagram::threeValues(
+        L, M1, Mm, M2, parabolic ? McrMomentDiagram::Shape::Parabolic : McrMomentDiagram::Shape::Polygonal);
+    // The transverse load that the diagram implies, at the application point: a uniform load under a
+    // parabola, a point load at mid-length under two straight lines.
+    const ApplicationPoint point = m.getApplicationPoint();
+    if (point == ApplicationPoint::Top || point == ApplicationPoint::Bottom) {
+        const McrLevel level{point == ApplicationPoint::Top ? McrHeight::TopFlange : McrHeight::BottomFlange, 0.0};
+        const double d = Mm - 0.5 * (M1 + M2);
+        if (parabolic) {
+            in.q = 8.0 * d / (L * L);
+            in.qLevel = level;
+        } else if (d != 0.0) {
+            in.pointLoads.push_back({0.5 * L, 4.0 * d / L, level});
+        }
+    }
+    in.cTheta = request.cTheta;
+    in.withC1 = false;
+    in.withShape = false;
+    const CriticalMomentResult r = criticalMoment(in);
+    return r.ok ? r.mcr : 0.0;
 }
 
 bool usesRolledMethod(LateralTorsionalMethod method, const SDBSection& section)
@@ -74,8 +112,25 @@ MemberOutcome evaluateMember(const MemberRequest& request)
                           BucklingResults()};
     // The mode RolledLTB prescribes 6.3.2.3 whatever the initializer's option says.
     outcome.rolledMethod = rolled || KaStandard::get()->getMode() == Standard::Mode::RolledLTB;
+    // The numerical critical moment enters the library as a given Mcr, so every later step is the library's.
+    bool mcrNotFound = false;
+    const MomentDistribution* moments = &request.moments;
+    MomentDistribution withMcr;
+    if (request.mcrMethod == McrMethod::Numerical && std::fabs(request.moments.getMcr()) < forceTolerance &&
+        std::fabs(request.forces.getMy()) >= forceTolerance) {
+        outcome.numericalMcr = numericalCriticalMoment(request, outcome.initializer);
+        if (outcome.numericalMcr > 0.0) {
+            const MomentDistribution& m = request.moments;
+            withMcr = MomentDistribution(m.getMomentWerte(Axis::y), m.getMomentDiagram(Axis::y), m.getMomentWerte(Axis::z),
+                                         m.getMomentDiagram(Axis::z), m.getMaxMomentValue(), m.getApplicationPoint(),
+                                         outcome.numericalMcr);
+            moments = &withMcr;
+        } else {
+            mcrNotFound = true;
+        }
+    }
     const BucklingResistance verifier(outcome.results, request.section, outcome.initializer, request.forces,
-                                      request.moments, request.gammaM1, request.lengths, request.cTheta,
+                                      *moments, request.gammaM1, request.lengths, request.cTheta,
                                       request.shearPanel, request.torsionallyDeformable, request.cmFloor);
     verifier.verifyAllResistance();
     verifier.verifyShearBuckling();
@@ -87,6 +142,7 @@ MemberOutcome evaluateMember(const MemberRequest& request)
         memberScopeLimitations(request.forces, outcome.initializer.getClass(),
                                !interactionRan || outcome.results.getChiLTmod().hasValue());
 
+    if (mcrNotFound) limitations |= NumericalMcrNotFound;
     using UT = BucklingResults::UtilizationType;
     bool exceeded = false, any = false;
     auto consider = [&](double u, bool isOf61) {

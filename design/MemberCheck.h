@@ -47,6 +47,15 @@ SteelDesign::MomentDistribution makeMoments(const std::array<double, 3>& moments
                                             std::optional<double> maxMoment, SteelDesign::ApplicationPoint loadPoint,
                                             double mcr);
 
+// The elastic critical moment Mcr of lateral-torsional buckling.
+enum class McrMethod {
+    Tables,     // the library's own, from its moment coefficients
+    Numerical,  // a finite-element eigenvalue analysis (CriticalMomentSolver.h) given to the library
+};
+
+// "tables", "numerical".
+const char* toString(McrMethod method);
+
 struct MemberRequest {
     SDBSection* section = nullptr;
     KaConstrSteel* steel = nullptr;
@@ -57,6 +66,7 @@ struct MemberRequest {
     double cTheta = 0.0;                // rotational restraint (kNm/m per m), 0 = none
     double shearPanel = 0.0;            // shear-panel stiffness S (kN), 0 = none
     LateralTorsionalMethod method = LateralTorsionalMethod::Automatic;
+    McrMethod mcrMethod = McrMethod::Tables;
     bool torsionallyDeformable = false;
     bool cmFloor = false;
     bool elastic = false;
@@ -66,6 +76,8 @@ struct MemberOutcome {
     SteelDesign::SectionInitializer initializer;
     SteelDesign::BucklingResults results;
     bool rolledMethod = false;       // 6.3.2.3 was used (the initializer's last argument)
+    // The numerical critical moment given to the library (McrMethod::Numerical), 0 when none.
+    double numericalMcr = 0.0;
     bool anyComputed = false;        // some member utilization was computed
     bool anyExceeded = false;        // a finite computed utilization exceeds 1.0
     std::uint32_t limitations = 0;   // Limitation flags
@@ -73,6 +85,12 @@ struct MemberOutcome {
 };
 
 MemberOutcome evaluateMember(const MemberRequest& request);
+
+// The critical moment of the member by the finite-element analysis: fork supports at both ends, the
+// length LLT, the moment diagram of the request (its three values and shape), the load at the request's
+// application point (the transverse load that the diagram implies), the rotational restraint C_theta as a
+// continuous torsional restraint. 0 when none is found or the member has no bending about y.
+double numericalCriticalMoment(const MemberRequest& request, const SteelDesign::SectionInitializer& initializer);
 
 // The Limitation flags of the member check for these actions and this section class, before anything is
 // computed: what the dispatcher of BucklingResistance leaves out on purpose.

@@ -45,6 +45,9 @@ const char* describe(Limitation limitation)
         return "(6.61) needs chiLT,mod of the method for rolled and equivalent welded sections (6.3.2.3); the "
                "general method (6.3.2.2) was chosen";
     case NonFiniteUtilization: return "a utilization is not a finite number";
+    case NumericalMcrNotFound:
+        return "the numerical critical moment was not found (a mechanism, or no moment that buckles the member); "
+               "the library's own Mcr was used";
     }
     return "";
 }

@@ -42,9 +42,11 @@ enum Limitation : std::uint32_t {
     InteractionNeedsRolledMethod = 1u << 6,
     // A utilization that is not a number or infinite for another reason.
     NonFiniteUtilization = 1u << 7,
+    // The numerical critical moment was asked for but not found; the library's tables were used.
+    NumericalMcrNotFound = 1u << 8,
 };
 
-inline constexpr std::uint32_t limitationCount = 8;
+inline constexpr std::uint32_t limitationCount = 9;
 
 // "not verified: class 4 needs effective section properties" without the prefix: the reason of one flag.
 const char* describe(Limitation limitation);
