@@ -11,7 +11,7 @@ namespace {
 
 constexpr double mm = 1e-3;
 
-enum class Table { I, UPE, Angle, Hollow, Circular };
+enum class Table { I, UPE, Angle, Hollow, Circular, RolledFamily, Channel, ColdHollow, ColdCircular };
 
 struct Family {
     const char* name;
@@ -19,9 +19,12 @@ struct Family {
 };
 
 // Catalogue order.
-constexpr Family familyList[] = {{"IPE", Table::I},      {"HEA", Table::I},    {"HEB", Table::I},
-                                 {"HEM", Table::I},      {"UPE", Table::UPE},  {"L", Table::Angle},
-                                 {"RHS", Table::Hollow}, {"SHS", Table::Hollow}, {"CHS", Table::Circular}};
+constexpr Family familyList[] = {
+    {"IPE", Table::I},          {"HEA", Table::I},           {"HEB", Table::I},          {"HEM", Table::I},
+    {"UPE", Table::UPE},        {"L", Table::Angle},         {"RHS", Table::Hollow},     {"SHS", Table::Hollow},
+    {"CHS", Table::Circular},   {"HEAA", Table::RolledFamily}, {"HD", Table::RolledFamily}, {"HL", Table::RolledFamily},
+    {"UB", Table::RolledFamily}, {"UC", Table::RolledFamily}, {"PFC", Table::Channel},    {"CFRHS", Table::ColdHollow},
+    {"CFSHS", Table::ColdHollow}, {"CFCHS", Table::ColdCircular}};
 
 // The family of a designation: the letters before the first digit.
 std::string familyOf(std::string_view normalised)
@@ -63,6 +66,48 @@ void forEachRow(const Family& family, Visit&& visit)
             const sdbcat::AngleRow& r = sdbcat::angleSections[i];
             visit(r.name, [&r]() -> std::unique_ptr<SDBSection> {
                 return std::make_unique<SDBSectionL>(r.leg * mm, r.leg * mm, r.t * mm, r.r1 * mm, r.r2 * mm, true);
+            });
+        }
+        // Unequal angles (EN 10056-1): the longer leg h along z, the shorter b along y.
+        for (std::size_t i = 0; i < sdbcat::unequalAngleSectionCount; ++i) {
+            const sdbcat::UnequalAngleRow& r = sdbcat::unequalAngleSections[i];
+            visit(r.name, [&r]() -> std::unique_ptr<SDBSection> {
+                return std::make_unique<SDBSectionL>(r.h * mm, r.b * mm, r.t * mm, r.r1 * mm, r.r2 * mm, true);
+            });
+        }
+        break;
+    case Table::RolledFamily:
+        for (std::size_t i = 0; i < sdbcat::rolledFamilySectionCount; ++i) {
+            const sdbcat::IRow& r = sdbcat::rolledFamilySections[i];
+            if (!inFamily(r.name)) continue;
+            visit(r.name, [&r]() -> std::unique_ptr<SDBSection> {
+                return std::make_unique<SDBSectionI>(r.h * mm, r.b * mm, r.tw * mm, r.tf * mm, r.r * mm, true);
+            });
+        }
+        break;
+    case Table::Channel:
+        for (std::size_t i = 0; i < sdbcat::channelSectionCount; ++i) {
+            const sdbcat::IRow& r = sdbcat::channelSections[i];
+            if (!inFamily(r.name)) continue;
+            visit(r.name, [&r]() -> std::unique_ptr<SDBSection> {
+                return std::make_unique<SDBSectionU>(r.h * mm, r.b * mm, r.tw * mm, r.tf * mm, r.r * mm, true);
+            });
+        }
+        break;
+    case Table::ColdHollow:
+        for (std::size_t i = 0; i < sdbcat::coldFormedSectionCount; ++i) {
+            const sdbcat::HollowRow& r = sdbcat::coldFormedSections[i];
+            if (!inFamily(r.name)) continue;
+            visit(r.name, [&r]() -> std::unique_ptr<SDBSection> {
+                return SDBCatalogue::coldFormedRHS(r.h * mm, r.b * mm, r.t * mm);
+            });
+        }
+        break;
+    case Table::ColdCircular:
+        for (std::size_t i = 0; i < sdbcat::coldFormedCircularSectionCount; ++i) {
+            const sdbcat::CircularRow& r = sdbcat::coldFormedCircularSections[i];
+            visit(r.name, [&r]() -> std::unique_ptr<SDBSection> {
+                return std::make_unique<SDBSectionO>(r.d * mm, r.t * mm, false, false);
             });
         }
         break;

@@ -9,8 +9,15 @@
 //   L                    SDBSectionL, key L, rolled, equal angles with toe radius r1/2 (EN 10056-1)
 //   RHS, SHS             SDBSectionRH, key RH, rolled, hot-finished (EN 10210-2, outer radius 1.5 t)
 //   CHS                  SDBSectionO, key O, rolled, hot-finished (EN 10210-2)
+//   HEAA, HD, HL, UB, UC SDBSectionI, key I, rolled (EN 10365; UB and UC as BS 4-1 names them)
+//   PFC                  SDBSectionU, key U, rolled, parallel flange channels
+//   L (unequal)          SDBSectionL, key L, rolled, unequal angles (EN 10056-1), longer leg along z
+//   CFRHS, CFSHS, CFCHS  cold-formed hollow sections (EN 10219-2): not hot-rolled, not rolled; RHS/SHS with
+//                        the corner radii of coldFormedRHS
 // Designations as engineers write them: "IPE 300", "HEA 1000", "UPE 200", "L 100x100x10",
-// "RHS 200x100x8", "SHS 100x100x5", "CHS 219.1x8". Lookup ignores case and blanks.
+// "RHS 200x100x8", "SHS 100x100x5", "CHS 219.1x8", "HEAA 300", "HD 400x1299", "HL 920x390", "HL 1100 R",
+// "UB 457x191x67", "UC 305x305x97", "PFC 300x100x46", "L 200x100x10", "CFRHS 200x100x8", "CFSHS 100x100x5",
+// "CFCHS 219.1x8". Lookup ignores case and blanks.
 
 #include "SDBSection.h"
 

@@ -18,7 +18,12 @@ struct AngleRow {  // equal angles: leg, thickness, root and toe radius
     double leg, t, r1, r2;
 };
 
-struct HollowRow {  // hot-finished RHS and SHS: outer corner radius 1.5 t
+struct UnequalAngleRow {  // angles with legs h (along z) and b (along y): thickness, root and toe radius
+    const char* name;
+    double h, b, t, r1, r2;
+};
+
+struct HollowRow {  // RHS and SHS: h, b, t (the corner radii follow from t and the product standard)
     const char* name;
     double h, b, t;
 };
@@ -38,5 +43,15 @@ extern const HollowRow hollowSections[];
 extern const std::size_t hollowSectionCount;
 extern const CircularRow circularSections[];
 extern const std::size_t circularSectionCount;
+extern const IRow rolledFamilySections[];  // HD, HL, HEAA, UB, UC
+extern const std::size_t rolledFamilySectionCount;
+extern const IRow channelSections[];  // PFC
+extern const std::size_t channelSectionCount;
+extern const UnequalAngleRow unequalAngleSections[];
+extern const std::size_t unequalAngleSectionCount;
+extern const HollowRow coldFormedSections[];  // CFRHS, CFSHS (EN 10219-2)
+extern const std::size_t coldFormedSectionCount;
+extern const CircularRow coldFormedCircularSections[];  // CFCHS (EN 10219-2)
+extern const std::size_t coldFormedCircularSectionCount;
 
 } // namespace sdbcat

@@ -5,6 +5,11 @@ Run by hand from the repository root after changing a table:  python3 host/gener
 Sources: tests/data/rolled-i-sections.csv (IPE, HEA, HEB, HEM; EN 10365), tests/data/hot-finished-rhs.csv
 and hot-finished-shs.csv (EN 10210-2), and the dimension tables below: UPE channels (EN 10365 / DIN 1026-2),
 equal angles (EN 10056-1, toe radius r2 = r1 / 2) and circular hollow sections (EN 10210-2).
+Further families, from the CSV dimension tables in host/data/ (mm), each taken from the producers'
+published tables (EN 10365, BS 4-1 and EN 10219-2 dimensions as the public steel-section dataset of the
+open-source steelsnakes project holds them): rolled-i-families.csv (HD, HL, HE AA as "HEAA", UB, UC),
+parallel-flange-channels.csv (PFC), unequal-angles.csv (EN 10056-1), cold-formed-hollow.csv (CFRHS, CFSHS)
+and cold-formed-chs.csv (CFCHS), EN 10219-2.
 Only dimensions are taken; every property is computed by the section database.
 """
 import csv
@@ -52,9 +57,13 @@ def name_from_csv(section):
     raise ValueError(section)
 
 
-def read_csv(file):
-    with open(os.path.join(ROOT, "tests", "data", file), newline="") as f:
+def read_csv(file, folder=("tests", "data")):
+    with open(os.path.join(ROOT, *folder, file), newline="") as f:
         return list(csv.DictReader(f))
+
+
+def read_data(file):
+    return read_csv(file, ("host", "data"))
 
 
 def main():
@@ -98,6 +107,31 @@ def main():
         for t in ts:
             out.append('    {"CHS %sx%s", %s, %s},\n' % (num(d), num(t), num(d), num(t)))
     out.append("};\nconst std::size_t circularSectionCount = std::size(circularSections);\n")
+
+    out.append("\nconst IRow rolledFamilySections[] = {\n")
+    for r in read_data("rolled-i-families.csv"):
+        out.append('    {"%s", %s},\n' % (r["name"], ", ".join(num(r[k]) for k in ("h", "b", "tw", "tf", "r"))))
+    out.append("};\nconst std::size_t rolledFamilySectionCount = std::size(rolledFamilySections);\n")
+
+    out.append("\nconst IRow channelSections[] = {\n")
+    for r in read_data("parallel-flange-channels.csv"):
+        out.append('    {"%s", %s},\n' % (r["name"], ", ".join(num(r[k]) for k in ("h", "b", "tw", "tf", "r"))))
+    out.append("};\nconst std::size_t channelSectionCount = std::size(channelSections);\n")
+
+    out.append("\nconst UnequalAngleRow unequalAngleSections[] = {\n")
+    for r in read_data("unequal-angles.csv"):
+        out.append('    {"%s", %s},\n' % (r["name"], ", ".join(num(r[k]) for k in ("h", "b", "t", "r1", "r2"))))
+    out.append("};\nconst std::size_t unequalAngleSectionCount = std::size(unequalAngleSections);\n")
+
+    out.append("\nconst HollowRow coldFormedSections[] = {\n")
+    for r in read_data("cold-formed-hollow.csv"):
+        out.append('    {"%s", %s},\n' % (r["name"], ", ".join(num(r[k]) for k in ("h", "b", "t"))))
+    out.append("};\nconst std::size_t coldFormedSectionCount = std::size(coldFormedSections);\n")
+
+    out.append("\nconst CircularRow coldFormedCircularSections[] = {\n")
+    for r in read_data("cold-formed-chs.csv"):
+        out.append('    {"%s", %s},\n' % (r["name"], ", ".join(num(r[k]) for k in ("d", "t"))))
+    out.append("};\nconst std::size_t coldFormedCircularSectionCount = std::size(coldFormedCircularSections);\n")
 
     out.append("\n} // namespace sdbcat\n")
     with open(os.path.join(ROOT, "host", "SectionCatalogueData.cpp"), "w") as f:

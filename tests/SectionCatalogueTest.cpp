@@ -261,7 +261,8 @@ TEST_P(CatalogueFamily, EverySectionResolvesWithItsFlagsAndConsistentFirstMoment
 TEST(SectionCatalogueLookup, FamiliesAndListing)
 {
     EXPECT_EQ(SDBCatalogue::families(),
-              (std::vector<std::string>{"IPE", "HEA", "HEB", "HEM", "UPE", "L", "RHS", "SHS", "CHS"}));
+              (std::vector<std::string>{"IPE", "HEA", "HEB", "HEM", "UPE", "L", "RHS", "SHS", "CHS", "HEAA", "HD", "HL",
+                                        "UB", "UC", "PFC", "CFRHS", "CFSHS", "CFCHS"}));
     const auto ipe = SDBCatalogue::names("ipe");
     ASSERT_FALSE(ipe.empty());
     EXPECT_EQ(ipe.front(), "IPE 80");
