@@ -226,6 +226,22 @@ SDBSectionI::SDBSectionI(double h, double b, double s, double t, double r1, doub
     build();
 }
 
+std::unique_ptr<SDBSectionI> SDBSectionI::tapered(double h, double b, double s, double t, double r1, double r2,
+                                                  double flangeSlope)
+{
+    const Checker c("I");
+    c.nonNegative("toe radius r2", r2);
+    c.positive("flange slope", flangeSlope);
+    c.less("flange slope", flangeSlope, "1", 1.0);
+    // Built as a parallel-flange I first (which validates h, b, s, t, r1), then rebuilt with the taper.
+    auto section = std::make_unique<SDBSectionI>(h, b, s, t, r1, true);
+    section->r2_ = r2;
+    section->flangeSlope_ = flangeSlope;
+    section->outline_ = SDBOutline();
+    section->build();
+    return section;
+}
+
 void SDBSectionI::build()
 {
     const Checker c("I");
@@ -247,11 +263,25 @@ void SDBSectionI::build()
     c.atMost("root radius r1", r, "(min(b, b2) - s)/2", (std::fmin(b1, b2) - s) / 2.0);
     c.atMost("root radius r1", r, "(h - t - t2)/2", (h - t1 - t2) / 2.0);
 
-    const sdbgeom::Corner corners[] = {
-        {-b1 / 2, -h / 2, 0},      {b1 / 2, -h / 2, 0},      {b1 / 2, -h / 2 + t1, 0}, {s / 2, -h / 2 + t1, r},
-        {s / 2, h / 2 - t2, r},    {b2 / 2, h / 2 - t2, 0},  {b2 / 2, h / 2, 0},       {-b2 / 2, h / 2, 0},
-        {-b2 / 2, h / 2 - t2, 0},  {-s / 2, h / 2 - t2, r},  {-s / 2, -h / 2 + t1, r}, {-b1 / 2, -h / 2 + t1, 0}};
-    sdbgeom::addRing(outline_, corners, std::size(corners));
+    if (flangeSlope_ > 0.0) {
+        // Tapered flanges: the thickness grows by the slope from the tip to the web face and is t halfway.
+        const double half = (b1 - s) / 4.0;  // from the web face to the point where t is measured
+        const double tip = t1 - flangeSlope_ * half, root = t1 + flangeSlope_ * half;
+        c.positive("flange thickness at the tip t - slope (b - s)/4", tip);
+        c.less("flange thickness at the web t + slope (b - s)/4", root, "h/2", h / 2.0);
+        const double r2 = r2_;
+        const sdbgeom::Corner corners[] = {
+            {-b1 / 2, -h / 2, 0},      {b1 / 2, -h / 2, 0},      {b1 / 2, -h / 2 + tip, r2}, {s / 2, -h / 2 + root, r},
+            {s / 2, h / 2 - root, r},  {b1 / 2, h / 2 - tip, r2}, {b1 / 2, h / 2, 0},        {-b1 / 2, h / 2, 0},
+            {-b1 / 2, h / 2 - tip, r2}, {-s / 2, h / 2 - root, r}, {-s / 2, -h / 2 + root, r}, {-b1 / 2, -h / 2 + tip, r2}};
+        sdbgeom::addRingAnyAngle(outline_, corners, std::size(corners));
+    } else {
+        const sdbgeom::Corner corners[] = {
+            {-b1 / 2, -h / 2, 0},      {b1 / 2, -h / 2, 0},      {b1 / 2, -h / 2 + t1, 0}, {s / 2, -h / 2 + t1, r},
+            {s / 2, h / 2 - t2, r},    {b2 / 2, h / 2 - t2, 0},  {b2 / 2, h / 2, 0},       {-b2 / 2, h / 2, 0},
+            {-b2 / 2, h / 2 - t2, 0},  {-s / 2, h / 2 - t2, r},  {-s / 2, -h / 2 + t1, r}, {-b1 / 2, -h / 2 + t1, 0}};
+        sdbgeom::addRing(outline_, corners, std::size(corners));
+    }
     computeFromOutline();
 
     SDBProperties& p = props_;
@@ -576,6 +606,31 @@ SDBSectionT::SDBSectionT(double h, double b, double s, double t, double r1, bool
 }
 
 // --- U ------------------------------------------------------------------------------------------------
+
+std::unique_ptr<SDBSectionU> SDBSectionU::tapered(double h, double b, double s, double t, double r1, double r2,
+                                                  double flangeSlope)
+{
+    const Checker c("U");
+    c.nonNegative("toe radius r2", r2);
+    c.positive("flange slope", flangeSlope);
+    c.less("flange slope", flangeSlope, "1", 1.0);
+    auto section = std::make_unique<SDBSectionU>(h, b, s, t, r1, true);
+    const double half = (b - s) / 2.0;  // from the web face to the point where t is measured
+    const double tip = t - flangeSlope * half, root = t + flangeSlope * half;
+    c.positive("flange thickness at the tip t - slope (b - s)/2", tip);
+    c.less("flange thickness at the web t + slope (b - s)/2", root, "h/2", h / 2.0);
+    section->r2_ = r2;
+    section->flangeSlope_ = flangeSlope;
+    section->outline_ = SDBOutline();
+    const sdbgeom::Corner corners[] = {{0, -h / 2, 0},          {0, h / 2, 0},           {-b, h / 2, 0},
+                                       {-b, h / 2 - tip, r2},   {-s, h / 2 - root, r1},  {-s, -h / 2 + root, r1},
+                                       {-b, -h / 2 + tip, r2},  {-b, -h / 2, 0}};
+    sdbgeom::addRingAnyAngle(section->outline_, corners, std::size(corners));
+    section->computeFromOutline();
+    section->props_.Iw = channelIw(h, b, s, t);
+    channelLikeProperties(section->props_, h, b, s, t, r1, true);
+    return section;
+}
 
 SDBSectionU::SDBSectionU(double h, double b, double s, double t, double r1, bool rolled)
     : SDBSection(h, b, rolled, SDBKey::U), h_(h), b_(b), s_(s), t_(t), r1_(r1)

@@ -4,6 +4,7 @@
 #include "KaVector3D.h"
 #include "SDBSectionVisitor.h"
 
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -225,6 +226,12 @@ class KA_HOST_API SDBSectionI : public SDBSection {
 public:
     SDBSectionI(double h, double b, double s, double t, double r1, bool rolled = true);
     SDBSectionI(double h, double b, double s, double t, double r1, double b2, double t2, bool rolled = false);
+    // A rolled I with tapered flanges (IPN, EN 10365 / DIN 1025-1): the inner faces of the flanges slope
+    // by flangeSlope (0.14 for IPN), t is the flange thickness halfway between the web face and the tip,
+    // r1 the root radius and r2 the toe radius. It and Iw take the formulas of parallel flanges of
+    // thickness t.
+    static std::unique_ptr<SDBSectionI> tapered(double h, double b, double s, double t, double r1, double r2,
+                                                double flangeSlope);
     KA_SDB_ACCEPT
     double getH() const { return h_; }
     double getB() const { return b_; }
@@ -235,11 +242,14 @@ public:
     double getT2() const { return t2_; }
     bool getB2Set() const { return b2Set_; }
     bool getT2Set() const { return t2Set_; }
+    double getR2() const { return r2_; }
+    double getFlangeSlope() const { return flangeSlope_; }
 
 private:
     void build();
     double h_, b_, s_, t_, r1_, b2_, t2_;
     bool b2Set_, t2Set_;
+    double r2_ = 0.0, flangeSlope_ = 0.0;
 };
 
 // Cold-formed lipped channel, thin-walled. h depth, b flange width, t wall, c clear distance between
@@ -368,15 +378,24 @@ private:
 class KA_HOST_API SDBSectionU : public SDBSection {
 public:
     SDBSectionU(double h, double b, double s, double t, double r1, bool rolled = true);
+    // A rolled channel with tapered flanges (UPN, EN 10365 / DIN 1026-1): the inner faces slope by
+    // flangeSlope (0.08 up to h = 300 mm, 0.05 above), t is the flange thickness halfway along the flange
+    // from the web face to the tip, r1 the root radius and r2 the toe radius. It and Iw take the
+    // formulas of parallel flanges of thickness t.
+    static std::unique_ptr<SDBSectionU> tapered(double h, double b, double s, double t, double r1, double r2,
+                                                double flangeSlope);
     KA_SDB_ACCEPT
     double getH() const { return h_; }
     double getB() const { return b_; }
     double getS() const { return s_; }
     double getT() const { return t_; }
     double getR1() const { return r1_; }
+    double getR2() const { return r2_; }
+    double getFlangeSlope() const { return flangeSlope_; }
 
 private:
     double h_, b_, s_, t_, r1_;
+    double r2_ = 0.0, flangeSlope_ = 0.0;
 };
 
 // Z section: h depth, b flange width measured from the back of the web to the tip (the overall width

@@ -11,7 +11,7 @@ namespace {
 
 constexpr double mm = 1e-3;
 
-enum class Table { I, UPE, Angle, Hollow, Circular, RolledFamily, Channel, ColdHollow, ColdCircular };
+enum class Table { I, UPE, Angle, Hollow, Circular, RolledFamily, Channel, ColdHollow, ColdCircular, TaperedI, TaperedU };
 
 struct Family {
     const char* name;
@@ -24,7 +24,7 @@ constexpr Family familyList[] = {
     {"UPE", Table::UPE},        {"L", Table::Angle},         {"RHS", Table::Hollow},     {"SHS", Table::Hollow},
     {"CHS", Table::Circular},   {"HEAA", Table::RolledFamily}, {"HD", Table::RolledFamily}, {"HL", Table::RolledFamily},
     {"UB", Table::RolledFamily}, {"UC", Table::RolledFamily}, {"PFC", Table::Channel},    {"CFRHS", Table::ColdHollow},
-    {"CFSHS", Table::ColdHollow}, {"CFCHS", Table::ColdCircular}};
+    {"CFSHS", Table::ColdHollow}, {"CFCHS", Table::ColdCircular}, {"IPN", Table::TaperedI}, {"UPN", Table::TaperedU}};
 
 // The family of a designation: the letters before the first digit.
 std::string familyOf(std::string_view normalised)
@@ -100,6 +100,19 @@ void forEachRow(const Family& family, Visit&& visit)
             if (!inFamily(r.name)) continue;
             visit(r.name, [&r]() -> std::unique_ptr<SDBSection> {
                 return SDBCatalogue::coldFormedRHS(r.h * mm, r.b * mm, r.t * mm);
+            });
+        }
+        break;
+    case Table::TaperedI:
+    case Table::TaperedU:
+        for (std::size_t i = 0; i < sdbcat::taperedSectionCount; ++i) {
+            const sdbcat::TaperedRow& r = sdbcat::taperedSections[i];
+            if (!inFamily(r.name)) continue;
+            const bool channel = family.table == Table::TaperedU;
+            visit(r.name, [&r, channel]() -> std::unique_ptr<SDBSection> {
+                if (channel)
+                    return SDBSectionU::tapered(r.h * mm, r.b * mm, r.tw * mm, r.tf * mm, r.r1 * mm, r.r2 * mm, r.slope);
+                return SDBSectionI::tapered(r.h * mm, r.b * mm, r.tw * mm, r.tf * mm, r.r1 * mm, r.r2 * mm, r.slope);
             });
         }
         break;

@@ -12,6 +12,8 @@
 //   HEAA, HD, HL, UB, UC SDBSectionI, key I, rolled (EN 10365; UB and UC as BS 4-1 names them)
 //   PFC                  SDBSectionU, key U, rolled, parallel flange channels
 //   L (unequal)          SDBSectionL, key L, rolled, unequal angles (EN 10056-1), longer leg along z
+//   IPN                  SDBSectionI::tapered, key I, rolled, flange slope 14 % (DIN 1025-1 / EN 10365)
+//   UPN                  SDBSectionU::tapered, key U, rolled, flange slope 8 % (h <= 300 mm) or 5 %
 //   CFRHS, CFSHS, CFCHS  cold-formed hollow sections (EN 10219-2): not hot-rolled, not rolled; RHS/SHS with
 //                        the corner radii of coldFormedRHS
 // Designations as engineers write them: "IPE 300", "HEA 1000", "UPE 200", "L 100x100x10",

@@ -23,6 +23,11 @@ struct UnequalAngleRow {  // angles with legs h (along z) and b (along y): thick
     double h, b, t, r1, r2;
 };
 
+struct TaperedRow {  // I and channels with tapered flanges: t halfway along the flange, root and toe radius
+    const char* name;
+    double h, b, tw, tf, r1, r2, slope;
+};
+
 struct HollowRow {  // RHS and SHS: h, b, t (the corner radii follow from t and the product standard)
     const char* name;
     double h, b, t;
@@ -53,5 +58,7 @@ extern const HollowRow coldFormedSections[];  // CFRHS, CFSHS (EN 10219-2)
 extern const std::size_t coldFormedSectionCount;
 extern const CircularRow coldFormedCircularSections[];  // CFCHS (EN 10219-2)
 extern const std::size_t coldFormedCircularSectionCount;
+extern const TaperedRow taperedSections[];  // IPN, UPN
+extern const std::size_t taperedSectionCount;
 
 } // namespace sdbcat

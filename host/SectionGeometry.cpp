@@ -125,6 +125,44 @@ void addRing(SDBOutline& outline, const Corner* corners, std::size_t count)
     outline.ringEnds.push_back(static_cast<unsigned>(outline.points.size()));
 }
 
+void addRingAnyAngle(SDBOutline& outline, const Corner* corners, std::size_t count)
+{
+    for (std::size_t i = 0; i < count; ++i) {
+        const Corner& prev = corners[(i + count - 1) % count];
+        const Corner& cur = corners[i];
+        const Corner& next = corners[(i + 1) % count];
+        const Direction in = unit(cur.y - prev.y, cur.z - prev.z);
+        const Direction out = unit(next.y - cur.y, next.z - cur.z);
+        const double cross = in.y * out.z - in.z * out.y;
+        const double dot = in.y * out.y + in.z * out.z;
+        const double theta = std::atan2(std::fabs(cross), dot);  // the turn at the corner, 0 to pi
+        if (cur.r <= 0.0 || theta < 1e-12) {
+            push(outline, cur.y, cur.z);
+            continue;
+        }
+        const double side = cross > 0.0 ? 1.0 : -1.0;  // the turn's sense
+        const double tangent = cur.r * std::tan(theta / 2.0);
+        // The tangent point on the incoming edge, the normal towards the centre, the centre.
+        const double t1y = cur.y - in.y * tangent, t1z = cur.z - in.z * tangent;
+        const double ny = -side * in.z, nz = side * in.y;
+        const double cy = t1y + ny * cur.r, cz = t1z + nz * cur.r;
+        const int segments = std::max(1, static_cast<int>(std::ceil(arcSegmentsPerQuarter * theta / halfPi)));
+        // From the centre to T1 is -n; it turns by theta in the sense of the corner.
+        const double a0 = std::atan2(-nz, -ny);
+        for (int k = 0; k <= segments; ++k) {
+            const double a = a0 + side * theta * k / segments;
+            push(outline, cy + cur.r * std::cos(a), cz + cur.r * std::sin(a));
+        }
+    }
+    const std::size_t begin = outline.ringEnds.empty() ? 0 : outline.ringEnds.back();
+    if (outline.points.size() > begin + 1) {
+        const auto& first = outline.points[begin];
+        const auto& last = outline.points.back();
+        if (first.y == last.y && first.z == last.z) outline.points.pop_back();
+    }
+    outline.ringEnds.push_back(static_cast<unsigned>(outline.points.size()));
+}
+
 AreaProperties centreOutline(SDBOutline& o)
 {
     // Orient: outer ring positive, holes negative.

@@ -27,6 +27,11 @@ constexpr int arcSegmentsPerQuarter = 24;
 // Appends a closed ring through the corners, each rounded with its radius, to the outline.
 void addRing(SDBOutline& outline, const Corner* corners, std::size_t count);
 
+// The same for corners of any angle (the sloped inner faces of tapered flanges): each round is the arc of
+// its radius tangent to both edges, at a distance r tan(theta / 2) from the corner for a turn theta, in
+// segments of at most a 24th of a quarter circle.
+void addRingAnyAngle(SDBOutline& outline, const Corner* corners, std::size_t count);
+
 // Area properties of an outline about the origin of its coordinates.
 struct AreaProperties {
     double A = 0.0;

@@ -9,7 +9,9 @@ Further families, from the CSV dimension tables in host/data/ (mm), each taken f
 published tables (EN 10365, BS 4-1 and EN 10219-2 dimensions as the public steel-section dataset of the
 open-source steelsnakes project holds them): rolled-i-families.csv (HD, HL, HE AA as "HEAA", UB, UC),
 parallel-flange-channels.csv (PFC), unequal-angles.csv (EN 10056-1), cold-formed-hollow.csv (CFRHS, CFSHS)
-and cold-formed-chs.csv (CFCHS), EN 10219-2.
+and cold-formed-chs.csv (CFCHS), EN 10219-2; tapered-flange-sections.csv (IPN, DIN 1025-1 / EN 10365, flange
+slope 14 %, dimensions and properties of the producer's catalogue as the open-source xc project holds them;
+UPN, DIN 1026-1 / EN 10365, slope 8 % up to h = 300 mm and 5 % above, from the steelsnakes dataset).
 Only dimensions are taken; every property is computed by the section database.
 """
 import csv
@@ -132,6 +134,11 @@ def main():
     for r in read_data("cold-formed-chs.csv"):
         out.append('    {"%s", %s},\n' % (r["name"], ", ".join(num(r[k]) for k in ("d", "t"))))
     out.append("};\nconst std::size_t coldFormedCircularSectionCount = std::size(coldFormedCircularSections);\n")
+
+    out.append("\nconst TaperedRow taperedSections[] = {\n")
+    for r in read_data("tapered-flange-sections.csv"):
+        out.append('    {"%s", %s},\n' % (r["name"], ", ".join(num(r[k]) for k in ("h", "b", "tw", "tf", "r1", "r2", "slope"))))
+    out.append("};\nconst std::size_t taperedSectionCount = std::size(taperedSections);\n")
 
     out.append("\n} // namespace sdbcat\n")
     with open(os.path.join(ROOT, "host", "SectionCatalogueData.cpp"), "w") as f:

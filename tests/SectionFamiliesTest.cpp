@@ -4,11 +4,15 @@
 // producers' tables give them, from the public steel-section dataset of the open-source steelsnakes
 // project; EN 10365, BS 4-1, EN 10056-1, EN 10219-2).
 //
-// Tolerances, measured over every row: A, Iy, Iz and Wpl,y within 2 % (the largest deviation is 1.55 %,
-// UC 305x305x97 and UB 610x229x101, whose published root radius of 20 mm and 12.7 mm does not give their
-// published area; every other row is within 0.6 %); It within 5 % (the producers' torsion constants of
-// parallel flange channels take junction terms of their own: PFC 200x75x23 +4.5 %; every other family
-// within 0.5 %).
+// Tolerances, measured over every row:
+// - parallel flanges: A, Iy, Iz and Wpl,y within 2 % (the largest deviation is 1.55 %, UC 305x305x97 and
+//   UB 610x229x101, whose published root radius does not give their published area; every other row is
+//   within 0.6 %); It within 5 % (the producers' torsion constants of parallel flange channels take junction
+//   terms of their own: PFC 200x75x23 +4.5 %; every other family within 0.5 %);
+// - tapered flanges (IPN, UPN; the IPN table is the producer's catalogue as the open-source xc project
+//   holds it): A, Iy and Wpl,y within 2.5 % (largest 2.2 %, UPN 65), Iz within 3 % (2.8 %, IPN 600); It
+//   within 12 %: It takes the formula of parallel flanges of the mean thickness t, 11 % below the
+//   producers' value for IPN 380 (on the safe side for the critical moment), 4.9 % above for UPN 300.
 
 #include <SectionCatalogue.h>
 
@@ -53,6 +57,16 @@ const std::vector<Published>& published()
     return rows;
 }
 
+struct Tolerances {
+    double area, majorAxis, minorAxis, plastic, torsion;
+};
+
+Tolerances tolerancesOf(const std::string& family)
+{
+    if (family == "IPN" || family == "UPN") return {0.025, 0.025, 0.03, 0.025, 0.12};
+    return {0.02, 0.02, 0.02, 0.02, 0.05};
+}
+
 class FamilyAgainstPublishedTables : public ::testing::TestWithParam<const char*> {};
 
 } // namespace
@@ -70,11 +84,12 @@ TEST_P(FamilyAgainstPublishedTables, EveryRowWithinTheTolerances)
             if (std::isnan(expected)) return;
             EXPECT_NEAR(actual, expected, std::fabs(expected) * tolerance) << p.name << " " << what;
         };
-        within(section->getA() * 1e4, p.A, 0.02, "A");
-        within(section->getIy() * 1e8, p.Iy, 0.02, "Iy");
-        within(section->getIz() * 1e8, p.Iz, 0.02, "Iz");
-        within(section->getWply() * 1e6, p.Wply, 0.02, "Wpl,y");
-        within(section->getIt() * 1e8, p.It, 0.05, "It");
+        const Tolerances tol = tolerancesOf(family);
+        within(section->getA() * 1e4, p.A, tol.area, "A");
+        within(section->getIy() * 1e8, p.Iy, tol.majorAxis, "Iy");
+        within(section->getIz() * 1e8, p.Iz, tol.minorAxis, "Iz");
+        within(section->getWply() * 1e6, p.Wply, tol.plastic, "Wpl,y");
+        within(section->getIt() * 1e8, p.It, tol.torsion, "It");
         ++compared;
     }
     EXPECT_GT(compared, 10u) << family;
@@ -88,7 +103,24 @@ TEST_P(FamilyAgainstPublishedTables, EveryRowWithinTheTolerances)
 }
 
 INSTANTIATE_TEST_SUITE_P(Producers, FamilyAgainstPublishedTables,
-                         ::testing::Values("HEAA", "HD", "HL", "UB", "UC", "PFC", "L", "CFRHS", "CFSHS", "CFCHS"));
+                         ::testing::Values("HEAA", "HD", "HL", "UB", "UC", "PFC", "L", "CFRHS", "CFSHS", "CFCHS", "IPN",
+                                           "UPN"));
+
+// A tapered flange by hand: an IPN-like section without fillets, h = 200, b = 100, s = 10 mm, t = 10 mm
+// halfway along each 45 mm outstand, slope 0.14: each outstand is a trapezoid from 6.85 mm at the tip to
+// 13.15 mm at the web face, of the area of a 45 mm x 10 mm strip. So A = 4 outstands of 45 x 10 plus the
+// web, 10 mm wide over the whole depth: 1800 + 2000 = 3800 mm2.
+TEST(SectionFamilies, TaperedFlangeAreaByHand)
+{
+    const auto s = SDBSectionI::tapered(0.2, 0.1, 0.01, 0.01, 0.0, 0.0, 0.14);
+    EXPECT_NEAR(s->getA(), 3800e-6, 1e-12);
+    // The same I with parallel flanges has the same area; its minor-axis moment is larger (the taper
+    // puts the flange material nearer the web).
+    const SDBSectionI parallel(0.2, 0.1, 0.01, 0.01, 0.0, true);
+    EXPECT_NEAR(parallel.getA(), 3800e-6, 1e-12);
+    EXPECT_LT(s->getIz(), parallel.getIz());
+    EXPECT_THROW(SDBSectionI::tapered(0.2, 0.1, 0.01, 0.01, 0.0, 0.0, 0.6), SDBDimensionError);  // tip < 0
+}
 
 // The kinds and flags of each family, and invariants over every row: the major axis is y, the plastic
 // modulus exceeds the elastic one, cold-formed tubes are neither rolled nor hot-finished.
@@ -96,7 +128,7 @@ TEST(SectionFamilies, KindsFlagsAndInvariants)
 {
     const std::map<std::string, std::string> keys{{"HEAA", "I"}, {"HD", "I"},  {"HL", "I"},     {"UB", "I"},
                                                   {"UC", "I"},   {"PFC", "U"}, {"CFRHS", "RH"}, {"CFSHS", "RH"},
-                                                  {"CFCHS", "O"}};
+                                                  {"CFCHS", "O"}, {"IPN", "I"},  {"UPN", "U"}};
     for (const auto& [family, key] : keys) {
         for (const std::string& name : SDBCatalogue::names(family)) {
             const auto s = SDBCatalogue::get(name);
