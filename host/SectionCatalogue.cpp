@@ -11,7 +11,8 @@ namespace {
 
 constexpr double mm = 1e-3;
 
-enum class Table { I, UPE, Angle, Hollow, Circular, RolledFamily, Channel, ColdHollow, ColdCircular, TaperedI, TaperedU };
+enum class Table { I, UPE, Angle, Hollow, Circular, RolledFamily, Channel, ColdHollow, ColdCircular, TaperedI, TaperedU,
+                   CutTee };
 
 struct Family {
     const char* name;
@@ -24,7 +25,8 @@ constexpr Family familyList[] = {
     {"UPE", Table::UPE},        {"L", Table::Angle},         {"RHS", Table::Hollow},     {"SHS", Table::Hollow},
     {"CHS", Table::Circular},   {"HEAA", Table::RolledFamily}, {"HD", Table::RolledFamily}, {"HL", Table::RolledFamily},
     {"UB", Table::RolledFamily}, {"UC", Table::RolledFamily}, {"PFC", Table::Channel},    {"CFRHS", Table::ColdHollow},
-    {"CFSHS", Table::ColdHollow}, {"CFCHS", Table::ColdCircular}, {"IPN", Table::TaperedI}, {"UPN", Table::TaperedU}};
+    {"CFSHS", Table::ColdHollow}, {"CFCHS", Table::ColdCircular}, {"IPN", Table::TaperedI}, {"UPN", Table::TaperedU},
+    {"TIPE", Table::CutTee},    {"THEA", Table::CutTee},     {"THEB", Table::CutTee},    {"THEM", Table::CutTee}};
 
 // The family of a designation: the letters before the first digit.
 std::string familyOf(std::string_view normalised)
@@ -116,6 +118,20 @@ void forEachRow(const Family& family, Visit&& visit)
             });
         }
         break;
+    case Table::CutTee: {
+        // Tees cut from the rolled I of the same row at mid-depth: "TIPE 300" is half an IPE 300.
+        const std::string parent = prefix.substr(1);
+        for (std::size_t i = 0; i < sdbcat::iSectionCount; ++i) {
+            const sdbcat::IRow& r = sdbcat::iSections[i];
+            if (familyOf(SDBCatalogue::normalise(r.name)) != parent) continue;
+            std::string teeName(1, 'T');
+            teeName.append(r.name);
+            visit(teeName.c_str(), [&r]() -> std::unique_ptr<SDBSection> {
+                return std::make_unique<SDBSectionT>(r.h / 2.0 * mm, r.b * mm, r.tw * mm, r.tf * mm, r.r * mm, true);
+            });
+        }
+        break;
+    }
     case Table::ColdCircular:
         for (std::size_t i = 0; i < sdbcat::coldFormedCircularSectionCount; ++i) {
             const sdbcat::CircularRow& r = sdbcat::coldFormedCircularSections[i];

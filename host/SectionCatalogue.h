@@ -14,6 +14,8 @@
 //   L (unequal)          SDBSectionL, key L, rolled, unequal angles (EN 10056-1), longer leg along z
 //   IPN                  SDBSectionI::tapered, key I, rolled, flange slope 14 % (DIN 1025-1 / EN 10365)
 //   UPN                  SDBSectionU::tapered, key U, rolled, flange slope 8 % (h <= 300 mm) or 5 %
+//   TIPE, THEA, THEB,    SDBSectionT, key T, rolled: tees cut at mid-depth from the rolled I of the same
+//   THEM                 name ("TIPE 300" is half an IPE 300: h / 2, b, tw, tf, r)
 //   CFRHS, CFSHS, CFCHS  cold-formed hollow sections (EN 10219-2): not hot-rolled, not rolled; RHS/SHS with
 //                        the corner radii of coldFormedRHS
 // Designations as engineers write them: "IPE 300", "HEA 1000", "UPE 200", "L 100x100x10",

@@ -262,7 +262,8 @@ TEST(SectionCatalogueLookup, FamiliesAndListing)
 {
     EXPECT_EQ(SDBCatalogue::families(),
               (std::vector<std::string>{"IPE", "HEA", "HEB", "HEM", "UPE", "L", "RHS", "SHS", "CHS", "HEAA", "HD", "HL",
-                                        "UB", "UC", "PFC", "CFRHS", "CFSHS", "CFCHS", "IPN", "UPN"}));
+                                        "UB", "UC", "PFC", "CFRHS", "CFSHS", "CFCHS", "IPN", "UPN", "TIPE", "THEA", "THEB",
+                                        "THEM"}));
     const auto ipe = SDBCatalogue::names("ipe");
     ASSERT_FALSE(ipe.empty());
     EXPECT_EQ(ipe.front(), "IPE 80");

@@ -12,7 +12,10 @@
 // - tapered flanges (IPN, UPN; the IPN table is the producer's catalogue as the open-source xc project
 //   holds it): A, Iy and Wpl,y within 2.5 % (largest 2.2 %, UPN 65), Iz within 3 % (2.8 %, IPN 600); It
 //   within 12 %: It takes the formula of parallel flanges of the mean thickness t, 11 % below the
-//   producers' value for IPN 380 (on the safe side for the critical moment), 4.9 % above for UPN 300.
+//   producers' value for IPN 380 (on the safe side for the critical moment), 4.9 % above for UPN 300;
+// - tees cut at mid-depth from IPE and HE (TIPE, THEA, THEB, THEM; the reference is the cut-tee table of the
+//   open-source eurocodepy project): A, Iy, Iz and Wpl,y within 0.5 % (largest 0.26 %); It is not compared,
+//   the reference's torsion constant being that of the bare plates without the root fillet junction.
 
 #include <SectionCatalogue.h>
 
@@ -64,6 +67,7 @@ struct Tolerances {
 Tolerances tolerancesOf(const std::string& family)
 {
     if (family == "IPN" || family == "UPN") return {0.025, 0.025, 0.03, 0.025, 0.12};
+    if (family.front() == 'T') return {0.005, 0.005, 0.005, 0.005, NAN};
     return {0.02, 0.02, 0.02, 0.02, 0.05};
 }
 
@@ -81,7 +85,7 @@ TEST_P(FamilyAgainstPublishedTables, EveryRowWithinTheTolerances)
         ASSERT_TRUE(section) << p.name;
         EXPECT_EQ(section->getName(), p.name);
         auto within = [&](double actual, double expected, double tolerance, const char* what) {
-            if (std::isnan(expected)) return;
+            if (std::isnan(expected) || std::isnan(tolerance)) return;
             EXPECT_NEAR(actual, expected, std::fabs(expected) * tolerance) << p.name << " " << what;
         };
         const Tolerances tol = tolerancesOf(family);
@@ -94,17 +98,19 @@ TEST_P(FamilyAgainstPublishedTables, EveryRowWithinTheTolerances)
     }
     EXPECT_GT(compared, 10u) << family;
     // Every published row is in the catalogue and the family lists nothing else (angles: the equal ones
-    // too).
+    // too; tees: also those of HE 650 to HE 1000, which the reference's table does not reach).
     const std::vector<std::string> names = SDBCatalogue::names(family);
-    if (family != "L") {
+    if (family != "L" && family.front() != 'T') {
         EXPECT_EQ(names.size(), compared) << family;
+    } else {
+        EXPECT_GE(names.size(), compared) << family;
     }
     EXPECT_EQ(std::set<std::string>(names.begin(), names.end()).size(), names.size()) << "duplicate names in " << family;
 }
 
 INSTANTIATE_TEST_SUITE_P(Producers, FamilyAgainstPublishedTables,
                          ::testing::Values("HEAA", "HD", "HL", "UB", "UC", "PFC", "L", "CFRHS", "CFSHS", "CFCHS", "IPN",
-                                           "UPN"));
+                                           "UPN", "TIPE", "THEA", "THEB", "THEM"));
 
 // A tapered flange by hand: an IPN-like section without fillets, h = 200, b = 100, s = 10 mm, t = 10 mm
 // halfway along each 45 mm outstand, slope 0.14: each outstand is a trapezoid from 6.85 mm at the tip to
@@ -128,13 +134,16 @@ TEST(SectionFamilies, KindsFlagsAndInvariants)
 {
     const std::map<std::string, std::string> keys{{"HEAA", "I"}, {"HD", "I"},  {"HL", "I"},     {"UB", "I"},
                                                   {"UC", "I"},   {"PFC", "U"}, {"CFRHS", "RH"}, {"CFSHS", "RH"},
-                                                  {"CFCHS", "O"}, {"IPN", "I"},  {"UPN", "U"}};
+                                                  {"CFCHS", "O"}, {"IPN", "I"},  {"UPN", "U"},
+                                                  {"TIPE", "T"},  {"THEA", "T"}, {"THEB", "T"},    {"THEM", "T"}};
     for (const auto& [family, key] : keys) {
         for (const std::string& name : SDBCatalogue::names(family)) {
             const auto s = SDBCatalogue::get(name);
             ASSERT_TRUE(s->getType());
             EXPECT_EQ(s->getType()->getKey(), key) << name;
-            EXPECT_GE(s->getIy(), s->getIz() * (1.0 - 1e-12)) << name;
+            if (key != "T") {  // a wide tee is stiffer about its stem than about its flange
+                EXPECT_GE(s->getIy(), s->getIz() * (1.0 - 1e-12)) << name;
+            }
             EXPECT_GT(s->getWply(), s->getWy()) << name;
             EXPECT_GT(s->getA(), 0.0) << name;
             const bool cold = family.rfind("CF", 0) == 0;
