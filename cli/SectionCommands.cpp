@@ -184,7 +184,7 @@ void registerSectionsCommand(CLI::App& app, CommandResult& result)
 {
     auto options = std::make_shared<ListOptions>();
     CLI::App* sub = app.add_subcommand("sections", "list the catalogue's designations");
-    sub->add_option("--family", options->family, "only this family: IPE, HEA, HEB, HEM, UPE, L, RHS, SHS, CHS");
+    sub->add_option("--family", options->family, "only this family, e.g. IPE, HEB, UB, PFC, CFSHS");
     sub->add_flag("--json", options->json, "JSON output");
     sub->callback([options, &result]() {
         const auto families = SDBCatalogue::families();

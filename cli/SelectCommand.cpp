@@ -153,7 +153,7 @@ void registerSelectCommand(CLI::App& app, CommandResult& result)
     auto options = std::make_shared<SelectOptions>();
     CLI::App* sub = app.add_subcommand(
         "select", "the lightest profile of a family that passes every check (exit 0 found, 1 none passes)");
-    sub->add_option("--family", options->family, "catalogue family: IPE, HEA, HEB, HEM, UPE, L, RHS, SHS, CHS")
+    sub->add_option("--family", options->family, "catalogue family, e.g. IPE, HEA, UB, UC, CFRHS (steeldesign sections lists them)")
         ->required();
     options->steel.addTo(*sub);
     options->member.addTo(*sub);
