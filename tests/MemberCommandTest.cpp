@@ -196,12 +196,12 @@ TEST(MemberCommand, BadInputNamesTheFieldAndWritesNothing)
 // WI 1500x400x10x25 in S355, hw / tw = 1450 / 10 = 145 > 72 eps / eta = 72 * 0.814 / 1.2 = 48.8.
 TEST(MemberCommand, WeldedPlateGirderReachesShearBuckling)
 {
-    const auto j = runJson("member \"WI 1500x400x10x25\" --steel S355 --length 6 --Vz 1500 --json", 3);
+    const auto j = runJson("member \"WI 1500x400x10x25\" --steel S355 --length 6 --Vz 800 --json", 3);
     EXPECT_EQ(j["section"], "WI 1500x400x10x25");
     EXPECT_EQ(j["shearBucklingErrorCode"], 0);
     EXPECT_FALSE(j["VbRd"]["Total"].is_null());
     EXPECT_GT(j["lambdaW"].get<double>(), 0.83 / 1.2);
-    EXPECT_NEAR(j["utilizationShearBuckling"].get<double>(), 1500.0 / j["VbRd"]["Total"].get<double>(), 1e-9);
+    EXPECT_NEAR(j["utilizationShearBuckling"].get<double>(), 800.0 / j["VbRd"]["Total"].get<double>(), 1e-9);
     // Without a normal stress the library classifies it class 4: not verified, with the reason.
     EXPECT_EQ(j["verdict"], "not verified");
 }
