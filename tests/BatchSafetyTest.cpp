@@ -159,3 +159,21 @@ TEST(BatchSafety, InterruptedRunLeavesThePreviousOutputUntouched)
         EXPECT_FALSE(fs::exists(out + ".part"));
     }
 }
+
+// The streaming batch writes the same bytes whatever the number of threads, in CSV and JSON Lines, for the
+// example and for 100,000 rows (16 chunks).
+TEST(BatchSafety, OutputIsTheSameOnOneAndTwoThreads)
+{
+    const Scratch s;
+    const std::string large = s.write("large.csv", repeatedExample(100000));
+    for (const std::string& input : {example, large}) {
+        for (const char* format : {"csv", "jsonl"}) {
+            const std::string arguments = "batch " + input + " --format " + format + " --jobs ";
+            const CommandRun one = runSteeldesign(arguments + "1", false);
+            const CommandRun two = runSteeldesign(arguments + "2", false);
+            EXPECT_EQ(one.exitCode, two.exitCode);
+            EXPECT_EQ(one.output.size(), two.output.size()) << input << " " << format;
+            EXPECT_TRUE(one.output == two.output) << input << " " << format;
+        }
+    }
+}
