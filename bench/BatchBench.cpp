@@ -59,3 +59,50 @@ void batchThroughput(benchmark::State& state)
 BENCHMARK(batchThroughput)->ArgName("json")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->UseRealTime()->MinTime(2.0);
 
 } // namespace
+
+namespace {
+
+// The parts of a batch row apart: parsing CSV into rows, and formatting results as CSV, one thread.
+void batchParseOnly(benchmark::State& state)
+{
+    const std::string model = repeatedModel();
+    for (auto _ : state) {
+        std::istringstream in(model);
+        cli::BatchReader reader(in, cli::BatchFormat::Csv, 1);
+        std::vector<cli::BatchRow> rows;
+        std::size_t n = 0;
+        while (reader.next(rows, 8192)) n += rows.size();
+        benchmark::DoNotOptimize(n);
+    }
+    state.counters["rows_per_second"] =
+        benchmark::Counter(static_cast<double>(batchRows), benchmark::Counter::kIsIterationInvariantRate);
+}
+BENCHMARK(batchParseOnly)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+void batchEvaluateAndFormat(benchmark::State& state)
+{
+    const std::string model = repeatedModel();
+    std::istringstream in(model);
+    cli::BatchReader reader(in, cli::BatchFormat::Csv, 1);
+    std::vector<cli::BatchRow> rows, all;
+    while (reader.next(rows, 8192)) all.insert(all.end(), rows.begin(), rows.end());
+    cli::BatchEvaluator evaluator(1);
+    std::vector<cli::RowResult> results;
+    evaluator.run(all, results);
+    const bool format = state.range(0) == 1;
+    for (auto _ : state) {
+        if (format) {
+            std::ostringstream out;
+            cli::writeRows(out, results, cli::OutputFormat::Csv, 1);
+            benchmark::DoNotOptimize(out.tellp());
+        } else {
+            evaluator.run(all, results);
+            benchmark::DoNotOptimize(results.data());
+        }
+    }
+    state.counters["rows_per_second"] =
+        benchmark::Counter(static_cast<double>(all.size()), benchmark::Counter::kIsIterationInvariantRate);
+}
+BENCHMARK(batchEvaluateAndFormat)->ArgName("format")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+} // namespace
