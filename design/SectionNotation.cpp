@@ -164,7 +164,10 @@ std::unique_ptr<SDBSection> build(const Parser& p, const Dimensions& d)
             p.positive("bottom flange width b2", b2);
             p.positive("bottom flange thickness t2", t2);
         }
-        p.less("flange thicknesses tf + t2", tf + (d.hasSecond ? t2 : tf), "depth h", h);
+        if (d.hasSecond)
+            p.less("flange thicknesses tf + t2", tf + t2, "depth h", h);
+        else
+            p.less("two flange thicknesses 2 tf", 2.0 * tf, "depth h", h);
         p.less("web thickness tw", tw, "flange width b", b);
         if (d.hasSecond) p.less("web thickness tw", tw, "bottom flange width b2", b2);
         return SDBCatalogue::weldedI(h * mm, b * mm, tw * mm, tf * mm, b2 * mm, t2 * mm);

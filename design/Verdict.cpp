@@ -27,7 +27,7 @@ const char* describe(Limitation limitation)
     switch (limitation) {
     case NoLimitation: return "";
     case Class4:
-        return "class 4 needs effective section properties (EN 1993-1-5 4.3); the library's resistances are "
+        return "class 4 needs effective section properties (EN 1993-1-5 4.3), the library's resistances are "
                "those of the gross section (the EN values with effective properties are among the departures)";
     case CrossSectionNotSupported:
         return "the cross-section check does not cover this section kind under an axial force (error code 6)";
@@ -42,12 +42,12 @@ const char* describe(Limitation limitation)
         return "bending about y and z without compression: the member check covers lateral-torsional "
                "buckling about y only, not the interaction with Mz";
     case InteractionNeedsRolledMethod:
-        return "(6.61) needs chiLT,mod of the method for rolled and equivalent welded sections (6.3.2.3); the "
+        return "(6.61) needs chiLT,mod of the method for rolled and equivalent welded sections (6.3.2.3), but the "
                "general method (6.3.2.2) was chosen";
     case NonFiniteUtilization: return "a utilization is not a finite number";
     case NumericalMcrNotFound:
-        return "the numerical critical moment was not found (a mechanism, or no moment that buckles the member); "
-               "the library's own Mcr was used";
+        return "the numerical critical moment was not found (a mechanism, or no moment that buckles the member), "
+               "so the library's own Mcr was used";
     }
     return "";
 }
