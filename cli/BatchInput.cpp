@@ -45,7 +45,19 @@ std::size_t columnOf(std::string_view name)
     return columnCount;
 }
 
-bool isBlankChar(char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; }
+// The blanks of std::isspace in the "C" locale, without its call per character.
+bool isBlankChar(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+
+char lowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+
+// a equals the lower-case word b, ignoring the case of a.
+bool equalsIgnoringCase(std::string_view a, std::string_view b)
+{
+    if (a.size() != b.size()) return false;
+    for (std::size_t i = 0; i < a.size(); ++i)
+        if (lowerAscii(a[i]) != b[i]) return false;
+    return true;
+}
 
 std::string_view trimView(std::string_view s)
 {
@@ -59,7 +71,7 @@ std::string trim(std::string_view s) { return std::string(trimView(s)); }
 
 std::string lower(std::string s)
 {
-    for (char& c : s) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    for (char& c : s) c = lowerAscii(c);
     return s;
 }
 
@@ -104,28 +116,28 @@ class RowReader {
 public:
     RowReader(const CellViews& cells, std::size_t line) : cells_(cells), line_(line) {}
 
-    std::optional<std::string> text(Column field) const
+    // The cell's text, or an empty view when the cell is absent or empty.
+    std::string_view view(Column field) const
     {
         const std::optional<std::string_view>& cell = cells_[field];
-        if (!cell || cell->empty()) return std::nullopt;
-        return std::string(*cell);
+        return cell ? *cell : std::string_view();
     }
     std::string requiredText(Column field) const
     {
-        auto value = text(field);
-        if (!value) fail(field, "missing value");
-        return *value;
+        const std::string_view value = view(field);
+        if (value.empty()) fail(field, "missing value");
+        return std::string(value);
     }
     std::optional<double> number(Column field) const
     {
-        const std::optional<std::string_view>& cell = cells_[field];
-        if (!cell || cell->empty()) return std::nullopt;
+        const std::string_view cell = view(field);
+        if (cell.empty()) return std::nullopt;
         double x = 0.0;
-        const char* begin = cell->data();
-        const char* end = begin + cell->size();
+        const char* begin = cell.data();
+        const char* end = begin + cell.size();
         auto [ptr, ec] = std::from_chars(begin, end, x);
-        if (ec != std::errc() || ptr != end) fail(field, "not a number: '" + std::string(*cell) + "'");
-        if (!std::isfinite(x)) fail(field, "not a finite number: '" + std::string(*cell) + "'");
+        if (ec != std::errc() || ptr != end) fail(field, "not a number: '" + std::string(cell) + "'");
+        if (!std::isfinite(x)) fail(field, "not a finite number: '" + std::string(cell) + "'");
         return x;
     }
     double requiredNumber(Column field) const
@@ -137,23 +149,24 @@ public:
     bool flag(Column field) const { return optionalFlag(field).value_or(false); }
     std::optional<bool> optionalFlag(Column field) const
     {
-        auto value = text(field);
-        if (!value) return std::nullopt;
-        const std::string v = lower(*value);
-        if (v == "true" || v == "yes" || v == "1") return true;
-        if (v == "false" || v == "no" || v == "0") return false;
-        fail(field, "not a boolean (true/false): '" + *value + "'");
+        const std::string_view value = view(field);
+        if (value.empty()) return std::nullopt;
+        for (const char* yes : {"true", "yes", "1"})
+            if (equalsIgnoringCase(value, yes)) return true;
+        for (const char* no : {"false", "no", "0"})
+            if (equalsIgnoringCase(value, no)) return false;
+        fail(field, "not a boolean (true/false): '" + std::string(value) + "'");
     }
-    std::string choice(Column field, std::initializer_list<const char*> allowed, const char* fallback) const
+    // The allowed word the cell spells (in any case), the fallback when the cell is empty.
+    const char* choice(Column field, std::initializer_list<const char*> allowed, const char* fallback) const
     {
-        auto value = text(field);
-        if (!value) return fallback;
-        const std::string v = lower(*value);
+        const std::string_view value = view(field);
+        if (value.empty()) return fallback;
         for (const char* a : allowed)
-            if (v == a) return v;
+            if (equalsIgnoringCase(value, a)) return a;
         std::string list;
         for (const char* a : allowed) list += (list.empty() ? "" : ", ") + std::string(a);
-        fail(field, "'" + *value + "' is not one of " + list);
+        fail(field, "'" + std::string(value) + "' is not one of " + list);
     }
     [[noreturn]] void fail(Column field, const std::string& message) const
     {

@@ -1,4 +1,5 @@
 #include "BatchRun.h"
+#include "NumberText.h"
 
 #include "Parallel.h"
 
@@ -94,6 +95,24 @@ RowResult rejected(std::size_t line, const std::string& id, const std::string& f
     return r;
 }
 
+// The steel grades, made once and shared read-only by the worker threads like the sections: a row names
+// one of a handful, spelled as the grade ("S355") or in any case with blanks around it.
+KaConstrSteel* steelOf(const std::string& name)
+{
+    static std::vector<KaConstrSteel> grades = [] {
+        std::vector<KaConstrSteel> all;
+        for (std::string_view grade : KaConstrSteel::gradeNames()) all.push_back(*KaConstrSteel::fromName(grade));
+        return all;
+    }();
+    for (KaConstrSteel& grade : grades)
+        if (grade.getName() == name) return &grade;
+    const std::optional<KaConstrSteel> found = KaConstrSteel::fromName(name);
+    if (!found) return nullptr;
+    for (KaConstrSteel& grade : grades)
+        if (grade.getName() == found->getName()) return &grade;
+    return nullptr;
+}
+
 // known: the row's section entry when the caller has looked it up already, else null.
 RowResult evaluate(const BatchRow& parsed, SectionCache& sections, const SectionCache::Entry* known = nullptr)
 {
@@ -103,18 +122,18 @@ RowResult evaluate(const BatchRow& parsed, SectionCache& sections, const Section
     const SectionCache::Entry& entry = known ? *known : sections.get(row.section);
     SDBSection* section = entry.section.get();
     if (!section) return rejected(row.line, row.id, "section", entry.error);
-    auto steel = KaConstrSteel::fromName(row.steel);
+    KaConstrSteel* steel = steelOf(row.steel);
     if (!steel) return rejected(row.line, row.id, "steel", "unknown steel grade '" + row.steel + "'");
 
     const Forces forces(row.N, row.My, row.Mz, row.Mt, row.Vy, row.Vz);
-    const design::CrossSectionRequest cross{section, &*steel, forces, row.gammaM0.value_or(0.0), row.elastic};
+    const design::CrossSectionRequest cross{section, steel, forces, row.gammaM0.value_or(0.0), row.elastic};
     const design::BucklingLengths lengths = design::resolveLengths(
         row.length > 0.0 ? std::optional<double>(row.length) : std::nullopt, row.lengthY, row.lengthZ, row.lengthLT);
     const bool memberChecked = design::anyLength(lengths);
     design::MemberRequest member;
     if (memberChecked) {
         member.section = section;
-        member.steel = &*steel;
+        member.steel = steel;
         member.forces = forces;
         member.moments = memberMoments(row);
         member.lengths = lengths;
@@ -162,13 +181,20 @@ void appendCsvField(std::string& out, const std::string& text)
         out += csvField(text);
 }
 
-// A utilization as printf's %.6g writes it ("0.873912", "1.2e-07", "inf", "-nan"): std::to_chars with the
-// general format and a precision converts exactly as printf does, without its cost.
-void appendNumber(std::string& out, double value)
+// A utilization as printf's %.6g writes it ("0.873912", "1.2e-07", "inf", "-nan").
+void appendNumber(std::string& out, double value) { appendGeneral6(out, value); }
+
+// The reasons of a row not verified: rows share a handful of combinations, so the text of the last one
+// is kept per thread instead of being joined again.
+const std::string& reasonsOf(std::uint32_t limitations)
 {
-    char buffer[40];
-    const auto result = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::general, 6);
-    out.append(buffer, result.ptr);
+    thread_local std::uint32_t last = 0;
+    thread_local std::string text;
+    if (limitations != last || text.empty()) {
+        text = design::describeAll(limitations);
+        last = limitations;
+    }
+    return text;
 }
 
 template <typename Integer>
@@ -217,7 +243,7 @@ void appendCsvRow(std::string& buffer, const RowResult& r, std::size_t utilizati
     buffer += r.fulfilled ? ",true," : ",false,";
     buffer += design::toString(r.verdict);
     buffer += ',';
-    if (r.limitations != 0) appendCsvField(buffer, design::describeAll(r.limitations));
+    if (r.limitations != 0) appendCsvField(buffer, reasonsOf(r.limitations));
     buffer += ',';
     if (r.enGoverning) appendNumber(buffer, r.enGoverning.value());
     buffer += ',';
@@ -327,7 +353,7 @@ void appendJsonRow(std::string& out, const RowResult& r)
     out += ",\"memberErrorCode\":";
     appendInteger(out, r.memberErrorCode);
     out += ",\"notVerified\":";
-    if (r.limitations != 0) appendJsonString(out, design::describeAll(r.limitations));
+    if (r.limitations != 0) appendJsonString(out, reasonsOf(r.limitations));
     else out += "null";
     out += ",\"section\":";
     appendJsonString(out, r.section);
@@ -433,6 +459,14 @@ void BatchEvaluator::run(const std::vector<BatchRow>& rows, std::vector<RowResul
     for (std::size_t i = 0; i < rows.size(); ++i) {
         const auto* member = std::get_if<MemberRow>(&rows[i]);
         if (!member) continue;
+        // Neighbouring rows mostly name the same section.
+        if (i > 0 && sectionOf[i - 1]) {
+            const auto* previous = std::get_if<MemberRow>(&rows[i - 1]);
+            if (previous->section == member->section) {
+                sectionOf[i] = sectionOf[i - 1];
+                continue;
+            }
+        }
         auto [it, added] = impl_->bySpelling.try_emplace(member->section, nullptr);
         if (added) it->second = &sections.get(member->section);
         sectionOf[i] = it->second;
@@ -510,7 +544,7 @@ void writeRows(std::ostream& out, const std::vector<RowResult>& results, OutputF
     std::vector<std::string> texts((results.size() + chunk - 1) / chunk);
     forEachChunk(results.size(), chunk, jobs, [&](std::size_t begin, std::size_t end) {
         std::string& text = texts[begin / chunk];
-        text.reserve((end - begin) * (format == OutputFormat::JsonLines ? 600 : 200));
+        text.reserve((end - begin) * (format == OutputFormat::JsonLines ? 640 : 256));
         for (std::size_t i = begin; i < end; ++i) {
             if (format == OutputFormat::JsonLines) appendJsonRow(text, results[i]);
             else appendCsvRow(text, results[i], names.size());

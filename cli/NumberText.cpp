@@ -1,0 +1,90 @@
+#include "NumberText.h"
+
+#include <charconv>
+#include <cmath>
+#include <cstdlib>
+
+
+namespace cli {
+
+namespace {
+
+constexpr int precision = 6;
+
+// The exact conversion (std::to_chars with a precision converts as printf does), the slower path.
+void appendExact(std::string& out, double value)
+{
+    char buffer[40];
+    const auto result = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::general, precision);
+    out.append(buffer, result.ptr);
+}
+
+} // namespace
+
+// Six significant digits come from one scaling: n = |value| x 10^(5 - X), X the decimal exponent, so that
+// n lies in [100000, 1000000), rounded to the nearest integer. The powers of ten used are exact doubles
+// and the scaling rounds once, so n is within 2e-10 of its exact value: the rounding can only go the wrong
+// way when n's fraction is that close to one half, and those values (with the ones outside 1e-5 .. 1e15,
+// zero, the infinities and NaN) take the exact conversion.
+void appendGeneral6(std::string& out, double value)
+{
+    static constexpr double powers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10,
+                                        1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20};
+    const double magnitude = std::fabs(value);
+    if (!(magnitude >= 1e-5 && magnitude < 1e15)) return appendExact(out, value);
+    int exponent = 0;  // a first guess of X, corrected below
+    while (exponent < 15 && magnitude >= powers[exponent + 1]) ++exponent;
+    static constexpr double fractions[] = {1e0, 1e-1, 1e-2, 1e-3, 1e-4, 1e-5};  // a guess needs no exact power
+    while (exponent > -5 && magnitude < fractions[-exponent]) --exponent;
+    auto scale = [&](int x) {
+        const int shift = precision - 1 - x;
+        return shift >= 0 ? magnitude * powers[shift] : magnitude / powers[-shift];
+    };
+    double scaled = scale(exponent);
+    if (scaled >= 999999.5) scaled = scale(++exponent);
+    else if (scaled < 99999.5) scaled = scale(--exponent);
+    const double whole = std::floor(scaled);
+    const double fraction = scaled - whole;
+    if (std::fabs(fraction - 0.5) < 1e-9) return appendExact(out, value);
+    long n = static_cast<long>(whole) + (fraction > 0.5 ? 1 : 0);
+    if (n == 1000000) {  // 999999.7 -> 1.00000 x 10^(X+1)
+        n = 100000;
+        ++exponent;
+    }
+    char digits[precision];
+    for (int i = precision - 1; i >= 0; --i, n /= 10) digits[i] = static_cast<char>('0' + n % 10);
+    int count = precision;
+    while (count > 1 && digits[count - 1] == '0') --count;  // %g drops trailing zeros
+
+    char text[40];
+    char* t = text;
+    if (value < 0.0) *t++ = '-';
+    if (exponent >= -4 && exponent < precision) {
+        if (exponent >= 0) {
+            for (int i = 0; i <= exponent; ++i) *t++ = i < count ? digits[i] : '0';
+            if (count > exponent + 1) {
+                *t++ = '.';
+                for (int i = exponent + 1; i < count; ++i) *t++ = digits[i];
+            }
+        } else {
+            *t++ = '0';
+            *t++ = '.';
+            for (int i = -1; i > exponent; --i) *t++ = '0';
+            for (int i = 0; i < count; ++i) *t++ = digits[i];
+        }
+    } else {
+        *t++ = digits[0];
+        if (count > 1) {
+            *t++ = '.';
+            for (int i = 1; i < count; ++i) *t++ = digits[i];
+        }
+        *t++ = 'e';
+        *t++ = exponent < 0 ? '-' : '+';
+        const int e = exponent < 0 ? -exponent : exponent;
+        *t++ = static_cast<char>('0' + e / 10);
+        *t++ = static_cast<char>('0' + e % 10);
+    }
+    out.append(text, t);
+}
+
+} // namespace cli
