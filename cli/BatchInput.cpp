@@ -10,6 +10,7 @@
 #include <cctype>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <functional>
 #include <iterator>
 #include <map>
@@ -75,6 +76,36 @@ std::string lower(std::string s)
     return s;
 }
 
+// A plain decimal ("-300", "0.875"): at most 15 digits, so that the digits make an exact integer m and
+// the value m / 10^k, one correctly rounded division of exact doubles, is the correctly rounded value
+// that std::from_chars gives (Clinger's fast path). Anything else (exponents, more digits, "5.", ".5",
+// "+5") is left to std::from_chars: false.
+bool parsePlainDecimal(std::string_view text, double& value)
+{
+    static constexpr double powers[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    const char* p = text.data();
+    const char* const end = p + text.size();
+    const bool negative = p != end && *p == '-';
+    if (negative) ++p;
+    std::uint64_t m = 0;
+    int digits = 0, fraction = 0;
+    const char* const wholeStart = p;
+    for (; p != end && *p >= '0' && *p <= '9'; ++p, ++digits) m = m * 10 + static_cast<unsigned>(*p - '0');
+    if (p == wholeStart) return false;
+    if (p != end) {
+        if (*p != '.') return false;
+        ++p;
+        const char* const fractionStart = p;
+        for (; p != end && *p >= '0' && *p <= '9'; ++p, ++digits) m = m * 10 + static_cast<unsigned>(*p - '0');
+        fraction = static_cast<int>(p - fractionStart);
+        if (p != end || fraction == 0) return false;
+    }
+    if (digits > 15) return false;
+    const double magnitude = static_cast<double>(m) / powers[fraction];
+    value = negative ? -magnitude : magnitude;
+    return true;
+}
+
 // One CSV record: fields separated by commas, a field may be quoted ("a,b" and "" for a quote).
 std::vector<std::string> splitCsv(const std::string& line)
 {
@@ -133,6 +164,7 @@ public:
         const std::string_view cell = view(field);
         if (cell.empty()) return std::nullopt;
         double x = 0.0;
+        if (parsePlainDecimal(cell, x)) return x;
         const char* begin = cell.data();
         const char* end = begin + cell.size();
         auto [ptr, ec] = std::from_chars(begin, end, x);
@@ -248,17 +280,17 @@ bool isBlank(std::string_view line) { return trimView(line).empty(); }
 bool splitPlainCsv(std::string_view line, std::vector<std::string_view>& fields)
 {
     fields.clear();
-    if (line.find('"') != std::string_view::npos) return false;
     std::size_t start = 0;
-    for (;;) {
-        const std::size_t comma = line.find(',', start);
-        if (comma == std::string_view::npos) {
-            fields.push_back(trimView(line.substr(start)));
-            return true;
+    for (std::size_t i = 0; i < line.size(); ++i) {
+        const char c = line[i];
+        if (c == '"') return false;
+        if (c == ',') {
+            fields.push_back(trimView(line.substr(start, i - start)));
+            start = i + 1;
         }
-        fields.push_back(trimView(line.substr(start, comma - start)));
-        start = comma + 1;
     }
+    fields.push_back(trimView(line.substr(start)));
+    return true;
 }
 
 // The CSV header: the position of each known column; InputError for a missing required or an unknown

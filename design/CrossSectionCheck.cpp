@@ -9,10 +9,11 @@ namespace design {
 
 using namespace SteelDesign;
 
-CrossSectionOutcome evaluateCrossSection(const CrossSectionRequest& request)
+CrossSectionOutcome evaluateCrossSection(const CrossSectionRequest& request, const SectionInitializer* classified)
 {
     const VerificationControl control = request.elastic ? VerificationControl::Elastic : VerificationControl::Classify;
-    CrossSectionOutcome outcome{SectionInitializer(request.section, request.steel, request.forces, control, false),
+    CrossSectionOutcome outcome{classified ? *classified
+                                           : SectionInitializer(request.section, request.steel, request.forces, control, false),
                                 VerificationResults()};
     const ResistanceVerifications verifier(outcome.results, request.section, outcome.initializer, request.gammaM0,
                                            request.forces);

@@ -34,7 +34,11 @@ struct CrossSectionOutcome {
     Verdict verdict = Verdict::NotVerified;
 };
 
-CrossSectionOutcome evaluateCrossSection(const CrossSectionRequest& request);
+// classified: the section already classified under the request's section, steel, forces and control (the
+// option of the method for rolled sections is free: the cross-section checks read only the class, fy and
+// the kind), or null to classify here.
+CrossSectionOutcome evaluateCrossSection(const CrossSectionRequest& request,
+                                         const SteelDesign::SectionInitializer* classified = nullptr);
 
 // The seven summary utilizations of the cross-section check, in the order of the batch columns:
 // Axial, Torsion, Bending, Shear, AxialBending, ShearBending, AxialShearBending.

@@ -104,11 +104,12 @@ std::uint32_t memberScopeLimitations(const Forces& forces, int sectionClass, boo
     return limitations;
 }
 
-MemberOutcome evaluateMember(const MemberRequest& request)
+MemberOutcome evaluateMember(const MemberRequest& request, const SectionInitializer* classified)
 {
     const VerificationControl control = request.elastic ? VerificationControl::Elastic : VerificationControl::Classify;
     const bool rolled = usesRolledMethod(request.method, *request.section);
-    MemberOutcome outcome{SectionInitializer(request.section, request.steel, request.forces, control, rolled),
+    MemberOutcome outcome{classified ? *classified
+                                     : SectionInitializer(request.section, request.steel, request.forces, control, rolled),
                           BucklingResults()};
     // The mode RolledLTB prescribes 6.3.2.3 whatever the initializer's option says.
     outcome.rolledMethod = rolled || KaStandard::get()->getMode() == Standard::Mode::RolledLTB;

@@ -84,7 +84,9 @@ struct MemberOutcome {
     Verdict verdict = Verdict::NotVerified;
 };
 
-MemberOutcome evaluateMember(const MemberRequest& request);
+// classified: the section already classified with the request's section, steel, forces, control and
+// the option usesRolledMethod gives, or null to classify here.
+MemberOutcome evaluateMember(const MemberRequest& request, const SteelDesign::SectionInitializer* classified = nullptr);
 
 // The critical moment of the member by the finite-element analysis: fork supports at both ends, the
 // length LLT, the moment diagram of the request (its three values and shape), the load at the request's

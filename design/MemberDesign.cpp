@@ -27,6 +27,12 @@ kat::Nullable<double> largestOf(const BucklingResults& results, std::initializer
     return largest;
 }
 
+bool sameForces(const Forces& a, const Forces& b)
+{
+    return a.getN() == b.getN() && a.getMy() == b.getMy() && a.getMz() == b.getMz() && a.getMt() == b.getMt() &&
+           a.getVy() == b.getVy() && a.getVz() == b.getVz();
+}
+
 } // namespace
 
 const std::vector<std::string>& utilizationNames()
@@ -56,7 +62,19 @@ DesignSummary designMember(const CrossSectionRequest& crossRequest, const Member
     r.section = crossRequest.section->getName();
     r.steel = crossRequest.steel->getName();
 
-    const CrossSectionOutcome cross = evaluateCrossSection(crossRequest);
+    // A member checked under the forces of its cross-section check is classified once for both: the
+    // classification is that of the same section, steel, forces and control, and the option of the method
+    // for rolled sections (which sets only the curve of lateral-torsional buckling) is never read by the
+    // cross-section checks.
+    std::optional<SectionInitializer> classified;
+    if (memberRequest && memberRequest->section == crossRequest.section && memberRequest->steel == crossRequest.steel &&
+        memberRequest->elastic == crossRequest.elastic && sameForces(memberRequest->forces, crossRequest.forces)) {
+        classified.emplace(crossRequest.section, crossRequest.steel, crossRequest.forces,
+                           crossRequest.elastic ? VerificationControl::Elastic : VerificationControl::Classify,
+                           usesRolledMethod(memberRequest->method, *memberRequest->section));
+    }
+    const SectionInitializer* shared = classified ? &*classified : nullptr;
+    const CrossSectionOutcome cross = evaluateCrossSection(crossRequest, shared);
     r.sectionClass = cross.initializer.getClass();
     r.errorCode = static_cast<int>(cross.initializer.getErrorCode());
     for (std::size_t i = 0; i < 7; ++i) r.crossSection[i] = cross.results.getUtilization(crossSectionSummary[i]);
@@ -66,7 +84,7 @@ DesignSummary designMember(const CrossSectionRequest& crossRequest, const Member
     std::optional<MemberOutcome> memberOutcome;
     if (memberRequest) {
         r.memberChecked = true;
-        memberOutcome.emplace(evaluateMember(*memberRequest));
+        memberOutcome.emplace(evaluateMember(*memberRequest, shared));
         const MemberOutcome& member = *memberOutcome;
         const BucklingResults& m = member.results;
         r.rolledMethod = member.rolledMethod;
