@@ -62,6 +62,7 @@ bool equalsIgnoringCase(std::string_view a, std::string_view b)
 
 std::string_view trimView(std::string_view s)
 {
+    if (s.empty() || (!isBlankChar(s.front()) && !isBlankChar(s.back()))) return s;  // the usual cell
     std::size_t a = 0, b = s.size();
     while (a < b && isBlankChar(s[a])) ++a;
     while (b > a && isBlankChar(s[b - 1])) --b;

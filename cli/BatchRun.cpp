@@ -165,9 +165,17 @@ RowResult evaluateChecks(const design::CrossSectionRequest& cross, const design:
 
 namespace {
 
+// Whether a CSV field needs quotes: it holds a comma, a quote or a line break.
+bool needsQuotes(std::string_view text)
+{
+    for (const char c : text)
+        if (c == ',' || c == '"' || c == '\n') return true;
+    return false;
+}
+
 std::string csvField(const std::string& text)
 {
-    if (text.find_first_of(",\"\n") == std::string::npos) return text;
+    if (!needsQuotes(text)) return text;
     std::string out = "\"";
     for (char c : text) out += c == '"' ? std::string("\"\"") : std::string(1, c);
     return out + "\"";
@@ -175,7 +183,7 @@ std::string csvField(const std::string& text)
 
 void appendCsvField(std::string& out, const std::string& text)
 {
-    if (text.find_first_of(",\"\n") == std::string::npos)
+    if (!needsQuotes(text))
         out += text;
     else
         out += csvField(text);
@@ -192,6 +200,18 @@ const std::string& reasonsOf(std::uint32_t limitations)
     thread_local std::string text;
     if (limitations != last || text.empty()) {
         text = design::describeAll(limitations);
+        last = limitations;
+    }
+    return text;
+}
+
+// The same as a CSV field, quoted where it must be.
+const std::string& csvReasonsOf(std::uint32_t limitations)
+{
+    thread_local std::uint32_t last = 0;
+    thread_local std::string text;
+    if (limitations != last || text.empty()) {
+        text = csvField(design::describeAll(limitations));
         last = limitations;
     }
     return text;
@@ -243,7 +263,7 @@ void appendCsvRow(std::string& buffer, const RowResult& r, std::size_t utilizati
     buffer += r.fulfilled ? ",true," : ",false,";
     buffer += design::toString(r.verdict);
     buffer += ',';
-    if (r.limitations != 0) appendCsvField(buffer, reasonsOf(r.limitations));
+    if (r.limitations != 0) buffer += csvReasonsOf(r.limitations);
     buffer += ',';
     if (r.enGoverning) appendNumber(buffer, r.enGoverning.value());
     buffer += ',';

@@ -30,6 +30,10 @@ void appendGeneral6(std::string& out, double value)
 {
     static constexpr double powers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10,
                                         1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20};
+    if (value == 0.0) {  // most utilizations of a row are zero
+        out += std::signbit(value) ? "-0" : "0";
+        return;
+    }
     const double magnitude = std::fabs(value);
     if (!(magnitude >= 1e-5 && magnitude < 1e15)) return appendExact(out, value);
     int exponent = 0;  // a first guess of X, corrected below
@@ -43,16 +47,23 @@ void appendGeneral6(std::string& out, double value)
     double scaled = scale(exponent);
     if (scaled >= 999999.5) scaled = scale(++exponent);
     else if (scaled < 99999.5) scaled = scale(--exponent);
-    const double whole = std::floor(scaled);
-    const double fraction = scaled - whole;
+    long n = static_cast<long>(scaled);  // scaled > 0: truncation is the floor
+    const double fraction = scaled - static_cast<double>(n);
     if (std::fabs(fraction - 0.5) < 1e-9) return appendExact(out, value);
-    long n = static_cast<long>(whole) + (fraction > 0.5 ? 1 : 0);
+    if (fraction > 0.5) ++n;
     if (n == 1000000) {  // 999999.7 -> 1.00000 x 10^(X+1)
         n = 100000;
         ++exponent;
     }
     char digits[precision];
-    for (int i = precision - 1; i >= 0; --i, n /= 10) digits[i] = static_cast<char>('0' + n % 10);
+    const auto six = static_cast<unsigned>(n);
+    const unsigned high = six / 1000, low = six % 1000;
+    digits[0] = static_cast<char>('0' + high / 100);
+    digits[1] = static_cast<char>('0' + high / 10 % 10);
+    digits[2] = static_cast<char>('0' + high % 10);
+    digits[3] = static_cast<char>('0' + low / 100);
+    digits[4] = static_cast<char>('0' + low / 10 % 10);
+    digits[5] = static_cast<char>('0' + low % 10);
     int count = precision;
     while (count > 1 && digits[count - 1] == '0') --count;  // %g drops trailing zeros
 
