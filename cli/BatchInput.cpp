@@ -335,13 +335,126 @@ BatchRow parseCsvLine(std::string_view line, std::size_t number, const CsvHeader
     return parseRow(cells, number);
 }
 
+// The columns whose JSON numbers are read as numbers (the others take a number's text).
+bool isNumberColumn(std::size_t column)
+{
+    switch (column) {
+    case cId: case cSection: case cSteel: case cDiagramY: case cDiagramZ: case cLoadPoint: case cRolledMethod:
+    case cTorsionallyDeformable: case cCmFloor: case cElastic: case cMcrMethod:
+        return false;
+    default:
+        return true;
+    }
+}
+
+// The common row of JSON Lines read without building a document: one flat object whose keys are known
+// columns, each once; values that are strings of printable ASCII without escapes, plain decimals of at
+// most 15 digits in number columns (not "-0"), true, false or null. Such a row gives the cells that the
+// document would give (a number's text converts to the same double), so it is parsed directly; any other
+// line (escapes, other characters, exponents, nested values, unknown or repeated keys, errors) returns
+// false and goes through the document, which decides what it means.
+bool parsePlainJsonObject(std::string_view line, CellViews& cells)
+{
+    std::size_t i = 0;
+    const std::size_t n = line.size();
+    auto blanks = [&] {
+        while (i < n && (line[i] == ' ' || line[i] == '\t' || line[i] == '\n' || line[i] == '\r')) ++i;
+    };
+    // A string without escapes and of printable ASCII, as a view without its quotes.
+    auto string = [&](std::string_view& out) {
+        if (i >= n || line[i] != '"') return false;
+        const std::size_t start = ++i;
+        while (i < n && line[i] != '"') {
+            const auto c = static_cast<unsigned char>(line[i]);
+            if (c < 0x20 || c >= 0x7f || c == '\\') return false;
+            ++i;
+        }
+        if (i >= n) return false;
+        out = line.substr(start, i - start);
+        ++i;
+        return true;
+    };
+    auto literal = [&](std::string_view word) {
+        if (line.substr(i, word.size()) != word) return false;
+        i += word.size();
+        return true;
+    };
+    std::array<bool, columnCount> seen{};
+    blanks();
+    if (i >= n || line[i] != '{') return false;
+    ++i;
+    blanks();
+    for (;;) {
+        std::string_view key;
+        if (!string(key)) return false;
+        const std::size_t column = columnOf(key);
+        if (column == columnCount || seen[column]) return false;
+        seen[column] = true;
+        blanks();
+        if (i >= n || line[i] != ':') return false;
+        ++i;
+        blanks();
+        if (i >= n) return false;
+        const char c = line[i];
+        if (c == '"') {
+            std::string_view text;
+            if (!string(text)) return false;
+            cells[column] = text;
+        } else if (c == 't' || c == 'f') {
+            if (!literal(c == 't' ? "true" : "false")) return false;
+            cells[column] = c == 't' ? std::string_view("true") : std::string_view("false");
+        } else if (c == 'n') {
+            if (!literal("null")) return false;
+            cells[column] = std::nullopt;
+        } else if (c == '-' || (c >= '0' && c <= '9')) {
+            if (!isNumberColumn(column)) return false;
+            const std::size_t start = i;
+            if (line[i] == '-') ++i;
+            const std::size_t wholeStart = i;
+            while (i < n && line[i] >= '0' && line[i] <= '9') ++i;
+            const std::size_t whole = i - wholeStart;
+            if (whole == 0 || (whole > 1 && line[wholeStart] == '0')) return false;
+            std::size_t digits = whole;
+            bool fraction = false;
+            if (i < n && line[i] == '.') {
+                fraction = true;
+                const std::size_t fractionStart = ++i;
+                while (i < n && line[i] >= '0' && line[i] <= '9') ++i;
+                if (i == fractionStart) return false;
+                digits += i - fractionStart;
+            }
+            if (digits > 15 || (i < n && (line[i] == 'e' || line[i] == 'E'))) return false;
+            const std::string_view number = line.substr(start, i - start);
+            if (!fraction && number == "-0") return false;  // the document reads it as the integer 0
+            cells[column] = number;
+        } else {
+            return false;
+        }
+        blanks();
+        if (i >= n) return false;
+        if (line[i] == ',') {
+            ++i;
+            blanks();
+            continue;
+        }
+        if (line[i] != '}') return false;
+        ++i;
+        blanks();
+        return i == n;
+    }
+}
+
 BatchRow parseJsonLine(const std::string& line, std::size_t lineNo)
 {
+    CellViews plain;
+    if (parsePlainJsonObject(line, plain)) return parseRow(plain, lineNo);
     nlohmann::json object;
     try {
         object = nlohmann::json::parse(line);
     } catch (const nlohmann::json::parse_error&) {
         return RowError{lineNo, "", "", "not a JSON object"};
+    } catch (const nlohmann::json::out_of_range&) {  // 1e400
+        return RowError{lineNo, "", "", "a number outside the range of a double"};
     }
     if (!object.is_object()) return RowError{lineNo, "", "", "not a JSON object"};
     Cells cells;
