@@ -205,6 +205,18 @@ const std::string& reasonsOf(std::uint32_t limitations)
     return text;
 }
 
+// The names of a row's departures, kept like the reasons.
+const std::string& departuresOf(std::uint32_t departures)
+{
+    thread_local std::uint32_t last = 0;
+    thread_local std::string text;
+    if (departures != last || text.empty()) {
+        text = design::departureNames(departures);
+        last = departures;
+    }
+    return text;
+}
+
 // The same as a CSV field, quoted where it must be.
 const std::string& csvReasonsOf(std::uint32_t limitations)
 {
@@ -220,9 +232,11 @@ const std::string& csvReasonsOf(std::uint32_t limitations)
 template <typename Integer>
 void appendInteger(std::string& out, Integer value)
 {
-    char buffer[24];
-    const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
-    out.append(buffer, result.ptr);
+    // Straight into out (see appendGeneral6).
+    const std::size_t start = out.size();
+    out.resize(start + 24);
+    const auto result = std::to_chars(out.data() + start, out.data() + out.size(), value);
+    out.resize(static_cast<std::size_t>(result.ptr - out.data()));
 }
 
 // One result row of the CSV output, with its line break; utilizationCount columns of utilizations.
@@ -267,7 +281,7 @@ void appendCsvRow(std::string& buffer, const RowResult& r, std::size_t utilizati
     buffer += ',';
     if (r.enGoverning) appendNumber(buffer, r.enGoverning.value());
     buffer += ',';
-    if (r.departures != 0) buffer += design::departureNames(r.departures);
+    if (r.departures != 0) buffer += departuresOf(r.departures);
     buffer += ",,\n";
 }
 
@@ -350,7 +364,7 @@ void appendJsonRow(std::string& out, const RowResult& r)
     out += "{\"class\":";
     appendInteger(out, r.sectionClass);
     out += ",\"departures\":";
-    if (r.departures != 0) appendJsonString(out, design::departureNames(r.departures));
+    if (r.departures != 0) appendJsonString(out, departuresOf(r.departures));
     else out += "null";
     out += ",\"enUtilization\":";
     appendJsonUtilization(out, r.enGoverning);
@@ -561,16 +575,26 @@ void writeRows(std::ostream& out, const std::vector<RowResult>& results, OutputF
     // The rows are formatted in chunks on every core, each chunk into a text of its own, and the texts
     // written in order.
     constexpr std::size_t chunk = 4096;
-    std::vector<std::string> texts((results.size() + chunk - 1) / chunk);
+    // The texts keep their memory from call to call (per calling thread): fresh megabytes for every
+    // chunk cost a page fault per page, and two threads faulting contend in the kernel.
+    thread_local std::vector<std::string> kept;
+    std::vector<std::string>& texts = kept;  // the workers reach the caller's texts, not their own
+    const std::size_t count = (results.size() + chunk - 1) / chunk;
+    if (texts.size() < count) texts.resize(count);
     forEachChunk(results.size(), chunk, jobs, [&](std::size_t begin, std::size_t end) {
-        std::string& text = texts[begin / chunk];
+        // A string of the worker's own, its memory borrowed from the kept text: the headers of the
+        // kept texts share a cache line, and two threads appending to them would pass it to and fro.
+        std::string text;
+        text.swap(texts[begin / chunk]);
+        text.clear();
         text.reserve((end - begin) * (format == OutputFormat::JsonLines ? 640 : 256));
         for (std::size_t i = begin; i < end; ++i) {
             if (format == OutputFormat::JsonLines) appendJsonRow(text, results[i]);
             else appendCsvRow(text, results[i], names.size());
         }
+        text.swap(texts[begin / chunk]);
     });
-    for (const std::string& text : texts) out.write(text.data(), static_cast<std::streamsize>(text.size()));
+    for (std::size_t i = 0; i < count; ++i) out.write(texts[i].data(), static_cast<std::streamsize>(texts[i].size()));
 }
 
 void writeResults(std::ostream& out, const std::vector<RowResult>& results, OutputFormat format)

@@ -67,7 +67,11 @@ void appendGeneral6(std::string& out, double value)
     int count = precision;
     while (count > 1 && digits[count - 1] == '0') --count;  // %g drops trailing zeros
 
-    char text[40];
+    // Written straight into out: bytes stored one by one and then copied by a wide load would stall
+    // the load (no store-to-load forwarding) on every number.
+    const std::size_t start = out.size();
+    out.resize(start + 16);  // at most "-0.0000999999" or "-9.99999e+14"
+    char* const text = out.data() + start;
     char* t = text;
     if (value < 0.0) *t++ = '-';
     if (exponent >= -4 && exponent < precision) {
@@ -95,7 +99,7 @@ void appendGeneral6(std::string& out, double value)
         *t++ = static_cast<char>('0' + e / 10);
         *t++ = static_cast<char>('0' + e % 10);
     }
-    out.append(text, t);
+    out.resize(start + static_cast<std::size_t>(t - text));
 }
 
 } // namespace cli
