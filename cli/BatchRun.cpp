@@ -192,20 +192,9 @@ void appendCsvField(std::string& out, const std::string& text)
 // A utilization as printf's %.6g writes it ("0.873912", "1.2e-07", "inf", "-nan").
 void appendNumber(std::string& out, double value) { appendGeneral6(out, value); }
 
-// The reasons of a row not verified: rows share a handful of combinations, so the text of the last one
-// is kept per thread instead of being joined again.
-const std::string& reasonsOf(std::uint32_t limitations)
-{
-    thread_local std::uint32_t last = 0;
-    thread_local std::string text;
-    if (limitations != last || text.empty()) {
-        text = design::describeAll(limitations);
-        last = limitations;
-    }
-    return text;
-}
-
-// The names of a row's departures, kept like the reasons.
+// The names of a row's departures and its reasons not verified (as a JSON string and as a CSV field):
+// rows share a handful of combinations, so the text of the last one is kept per thread instead of being
+// joined again.
 const std::string& departuresOf(std::uint32_t departures)
 {
     thread_local std::uint32_t last = 0;
@@ -217,7 +206,20 @@ const std::string& departuresOf(std::uint32_t departures)
     return text;
 }
 
-// The same as a CSV field, quoted where it must be.
+void appendJsonString(std::string& out, std::string_view text);  // below
+
+const std::string& jsonReasonsOf(std::uint32_t limitations)
+{
+    thread_local std::uint32_t last = 0;
+    thread_local std::string text;
+    if (limitations != last || text.empty()) {
+        text.clear();
+        appendJsonString(text, design::describeAll(limitations));
+        last = limitations;
+    }
+    return text;
+}
+
 const std::string& csvReasonsOf(std::uint32_t limitations)
 {
     thread_local std::uint32_t last = 0;
@@ -291,7 +293,14 @@ void appendCsvRow(std::string& buffer, const RowResult& r, std::size_t utilizati
 void appendJsonString(std::string& out, std::string_view text)
 {
     out += '"';
-    for (std::size_t i = 0; i < text.size(); ++i) {
+    std::size_t plain = 0;  // printable ASCII without quotes or backslashes goes as it is, at once
+    while (plain < text.size()) {
+        const auto c = static_cast<unsigned char>(text[plain]);
+        if (c < 0x20 || c >= 0x80 || c == '"' || c == '\\') break;
+        ++plain;
+    }
+    out.append(text.substr(0, plain));
+    for (std::size_t i = plain; i < text.size(); ++i) {
         const auto c = static_cast<unsigned char>(text[i]);
         switch (c) {
         case '"': out += "\\\""; break;
@@ -329,9 +338,11 @@ void appendJsonString(std::string& out, std::string_view text)
 
 void appendJsonNumber(std::string& out, double value)
 {
-    char buffer[64];
-    char* end = nlohmann::detail::to_chars(buffer, buffer + sizeof buffer, value);
-    out.append(buffer, end);
+    // Straight into out (see appendGeneral6).
+    const std::size_t start = out.size();
+    out.resize(start + 40);
+    char* const end = nlohmann::detail::to_chars(out.data() + start, out.data() + out.size(), value);
+    out.resize(static_cast<std::size_t>(end - out.data()));
 }
 
 // A utilization: a number, "inf", "-inf", "nan" (JSON has none of them), or null when absent.
@@ -387,7 +398,7 @@ void appendJsonRow(std::string& out, const RowResult& r)
     out += ",\"memberErrorCode\":";
     appendInteger(out, r.memberErrorCode);
     out += ",\"notVerified\":";
-    if (r.limitations != 0) appendJsonString(out, reasonsOf(r.limitations));
+    if (r.limitations != 0) out += jsonReasonsOf(r.limitations);
     else out += "null";
     out += ",\"section\":";
     appendJsonString(out, r.section);
