@@ -37,9 +37,12 @@ void appendGeneral6(std::string& out, double value)
     const double magnitude = std::fabs(value);
     if (!(magnitude >= 1e-5 && magnitude < 1e15)) return appendExact(out, value);
     int exponent = 0;  // a first guess of X, corrected below
-    while (exponent < 15 && magnitude >= powers[exponent + 1]) ++exponent;
     static constexpr double fractions[] = {1e0, 1e-1, 1e-2, 1e-3, 1e-4, 1e-5};  // a guess needs no exact power
-    while (exponent > -5 && magnitude < fractions[-exponent]) --exponent;
+    if (magnitude >= 1.0) {
+        while (exponent < 15 && magnitude >= powers[exponent + 1]) ++exponent;
+    } else {
+        while (exponent > -5 && magnitude < fractions[-exponent]) --exponent;
+    }
     auto scale = [&](int x) {
         const int shift = precision - 1 - x;
         return shift >= 0 ? magnitude * powers[shift] : magnitude / powers[-shift];
