@@ -6,6 +6,7 @@
 #include "Commands.h"
 #include "Options.h"
 #include "Report.h"
+#include "ResultJson.h"
 
 #include <design/CrossSectionCheck.h>
 #include <design/Departures.h>
@@ -59,6 +60,59 @@ const char* describe(R::UtilizationType type)
     }
 }
 
+} // namespace
+
+nlohmann::json checkJson(const SDBSection& section, const KaConstrSteel& steel,
+                         const design::CrossSectionOutcome& outcome, const design::Departures& departures)
+{
+    using namespace SteelDesign;
+    const SectionInitializer& init = outcome.initializer;
+    const R& results = outcome.results;
+    const bool allFulfilled = outcome.allFulfilled;
+    const ErrorCode error = init.getErrorCode();
+    const design::Verdict verdict = outcome.verdict;
+    nlohmann::json utilizations = nlohmann::json::object();
+    nlohmann::json fulfilled = nlohmann::json::object();
+    for (int t = 0; t < R::utilizationTypeCount; ++t) {
+        const auto type = static_cast<R::UtilizationType>(t);
+        utilizations[R::nameOf(type)] = nullableJson(results.getUtilization(type));
+        fulfilled[R::nameOf(type)] = results.isFulfilled(type);
+    }
+    nlohmann::json out = {
+        {"section", section.getName()},
+        {"steel", steel.getName()},
+        {"class", init.getClass()},
+        {"fy", init.getFy()},
+        {"gammaM0", outcome.gammaM0},
+        {"errorCode", static_cast<int>(error)},
+        {"utilizations", utilizations},
+        {"fulfilled", fulfilled},
+        {"allFulfilled", allFulfilled},
+        {"verdict", design::toString(verdict)},
+        {"departures", departuresJson(departures)},
+        {"enUtilization", nullableJson(departures.largestEn())},
+        {"notVerified", outcome.limitations ? nlohmann::json(design::describeAll(outcome.limitations))
+                                            : nlohmann::json(nullptr)},
+        {"NRd", nullableJson(results.getNRd())},
+        {"NRdLimit", nullableJson(results.getNRdLimit())},
+        {"MRd", {{"y", results.getMRd(Axis::y).value()}, {"z", results.getMRd(Axis::z).value()}}},
+        {"MRdLimit", {{"y", results.getMRdLimit(Axis::y).value()}, {"z", results.getMRdLimit(Axis::z).value()}}},
+        {"VyRd", results.getResistanceVyRd()},
+        {"VzRd", results.getResistanceVzRd()},
+        {"VyTRd", results.getResistanceVyTRd()},
+        {"VzTRd", results.getResistanceVzTRd()},
+        {"alpha", results.getAlpha()},
+        {"beta", results.getBeta()},
+        {"requiredShearBending", results.getRequiredShearBending()},
+        {"requiredAxialBending", results.getRequiredAxialBending()},
+        {"requiredAxialShearBending", results.getRequiredAxialShearBending()},
+        {"biaxialBending", results.getBiaxialBending()},
+    };
+    return out;
+}
+
+namespace {
+
 std::string yesNo(bool b) { return b ? "yes" : "no"; }
 
 void run(const CheckOptions& o, CommandResult& result)
@@ -73,51 +127,13 @@ void run(const CheckOptions& o, CommandResult& result)
         design::evaluateCrossSection({section.get(), &steel, forces, o.gammaM0, o.elastic});
     const SectionInitializer& init = outcome.initializer;
     const R& results = outcome.results;
-    const bool allFulfilled = outcome.allFulfilled;
     const ErrorCode error = init.getErrorCode();
     const design::Verdict verdict = outcome.verdict;
     const design::Departures departures = design::findDepartures(
         design::CrossSectionRequest{section.get(), &steel, forces, o.gammaM0, o.elastic}, outcome);
 
     if (o.json) {
-        nlohmann::json utilizations = nlohmann::json::object();
-        nlohmann::json fulfilled = nlohmann::json::object();
-        for (int t = 0; t < R::utilizationTypeCount; ++t) {
-            const auto type = static_cast<R::UtilizationType>(t);
-            utilizations[R::nameOf(type)] = nullableJson(results.getUtilization(type));
-            fulfilled[R::nameOf(type)] = results.isFulfilled(type);
-        }
-        nlohmann::json out = {
-            {"section", section->getName()},
-            {"steel", steel.getName()},
-            {"class", init.getClass()},
-            {"fy", init.getFy()},
-            {"gammaM0", outcome.gammaM0},
-            {"errorCode", static_cast<int>(error)},
-            {"utilizations", utilizations},
-            {"fulfilled", fulfilled},
-            {"allFulfilled", allFulfilled},
-            {"verdict", design::toString(verdict)},
-            {"departures", departuresJson(departures)},
-            {"enUtilization", nullableJson(departures.largestEn())},
-            {"notVerified", outcome.limitations ? nlohmann::json(design::describeAll(outcome.limitations))
-                                                : nlohmann::json(nullptr)},
-            {"NRd", nullableJson(results.getNRd())},
-            {"NRdLimit", nullableJson(results.getNRdLimit())},
-            {"MRd", {{"y", results.getMRd(Axis::y).value()}, {"z", results.getMRd(Axis::z).value()}}},
-            {"MRdLimit", {{"y", results.getMRdLimit(Axis::y).value()}, {"z", results.getMRdLimit(Axis::z).value()}}},
-            {"VyRd", results.getResistanceVyRd()},
-            {"VzRd", results.getResistanceVzRd()},
-            {"VyTRd", results.getResistanceVyTRd()},
-            {"VzTRd", results.getResistanceVzTRd()},
-            {"alpha", results.getAlpha()},
-            {"beta", results.getBeta()},
-            {"requiredShearBending", results.getRequiredShearBending()},
-            {"requiredAxialBending", results.getRequiredAxialBending()},
-            {"requiredAxialShearBending", results.getRequiredAxialShearBending()},
-            {"biaxialBending", results.getBiaxialBending()},
-        };
-        std::cout << out.dump(2) << '\n';
+        std::cout << checkJson(*section, steel, outcome, departures).dump(2) << '\n';
     } else {
         std::cout << thicknessWarnings(init.getThicknessVector());
         std::cout << "Cross-section check to EN 1993-1-1 6.2\n"

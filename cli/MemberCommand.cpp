@@ -18,6 +18,7 @@
 #include <design/Departures.h>
 #include "Options.h"
 #include "Report.h"
+#include "ResultJson.h"
 
 #include <KaMaterial.h>
 #include <KaMath.h>
@@ -81,6 +82,87 @@ const char* describe(U type)
     return "";
 }
 
+} // namespace
+
+nlohmann::json memberJson(const SDBSection& section, const KaConstrSteel& steel, const design::MemberRequest& request,
+                          const design::MemberOutcome& outcome, const design::Departures& departures)
+{
+    const BucklingResults& r = outcome.results;
+    const design::BucklingLengths& lengths = request.lengths;
+    const double fy = outcome.initializer.getFy();
+    const bool notApplicable = !outcome.anyComputed && outcome.limitations == 0;
+    const bool unverified61 = (outcome.limitations & design::InteractionNeedsRolledMethod) != 0;
+    auto shownUtilization = [&](U type) -> kat::Nullable<double> {
+        if (unverified61 && (type == U::CompressionBendingAxisY || type == U::CompressionBending)) return {};
+        return r.getUtilization(type);
+    };
+    const bool flexural = r.getChi(Axis::y).hasValue();
+    const bool lateralTorsional = r.getBucklingCurveBending().hasValue();
+    const bool interaction = r.getUtilization(U::CompressionBendingAxisY).hasValue();
+    auto axes = [](double y, double z) { return nlohmann::json{{"y", finiteOrNull(y)}, {"z", finiteOrNull(z)}}; };
+    auto nullAxes = nlohmann::json{{"y", nullptr}, {"z", nullptr}};
+    auto opt = [](const kat::Nullable<double>& v) {
+        return v.hasValue() ? finiteOrNull(v.value()) : nlohmann::json(nullptr);
+    };
+    nlohmann::json utilizations = nlohmann::json::object();
+    for (U type : allTypes) utilizations[toString(type)] = opt(shownUtilization(type));
+    nlohmann::json out = {
+        {"section", section.getName()},
+        {"steel", steel.getName()},
+        {"fy", fy},
+        {"length",
+         {{"y", lengths.y}, {"z", lengths.z}, {"LT", lengths.lateralTorsional}}},
+        {"lateralTorsionalMethod", outcome.rolledMethod ? "6.3.2.3" : "6.3.2.2"},
+        {"mcrMethod", design::toString(request.mcrMethod)},
+        {"gammaM1", request.gammaM1},
+        {"class", r.getClass()},
+        {"errorCode", static_cast<int>(r.getErrorCode())},
+        {"shearBucklingErrorCode", static_cast<int>(r.getShearBucklingErrorCode())},
+        {"utilizations", utilizations},
+        {"fulfilled", notApplicable ? nlohmann::json(nullptr)
+                                    : nlohmann::json(outcome.verdict == design::Verdict::Fulfilled)},
+        {"verdict", notApplicable ? "not applicable" : design::toString(outcome.verdict)},
+        {"notVerified", outcome.limitations ? nlohmann::json(design::describeAll(outcome.limitations))
+                                            : nlohmann::json(nullptr)},
+        {"departures", departuresJson(departures)},
+        {"Ncr", flexural ? axes(r.getNcr(Axis::y), r.getNcr(Axis::z)) : nullAxes},
+        {"lambda", flexural ? axes(r.getLambda(Axis::y), r.getLambda(Axis::z)) : nullAxes},
+        {"chi", {{"y", opt(r.getChi(Axis::y))}, {"z", opt(r.getChi(Axis::z))}}},
+        {"curve",
+         {{"y", flexural ? curveJson(r.getBucklingCurveCompression(Axis::y).value()) : nlohmann::json(nullptr)},
+          {"z", flexural ? curveJson(r.getBucklingCurveCompression(Axis::z).value()) : nlohmann::json(nullptr)}}},
+        {"NRk", flexural ? finiteOrNull(r.getNRk()) : nlohmann::json(nullptr)},
+        {"NbRd",
+         {{"y", opt(r.getBucklingResistance(U::CompressionAxisY))},
+          {"z", opt(r.getBucklingResistance(U::CompressionAxisZ))}}},
+        {"lambdaW", opt(r.getLambdaW())},
+        {"chiW", opt(r.getChiW())},
+        {"VbRd", {{"Web", opt(r.getVbRd(P::Web))}, {"Flange", opt(r.getVbRd(P::Flange))}, {"Total", opt(r.getVbRd(P::Total))}}},
+        {"utilizationShearBuckling", opt(r.getUtilizationShearBuckling())},
+        {"Mcr", lateralTorsional ? finiteOrNull(r.getCriticalMoment()) : nlohmann::json(nullptr)},
+        {"zp", lateralTorsional ? finiteOrNull(r.getZp()) : nlohmann::json(nullptr)},
+        {"lambdaLT", lateralTorsional ? finiteOrNull(r.getLambdaLT()) : nlohmann::json(nullptr)},
+        {"lambdaLT0", r.getChiLT().hasValue() ? finiteOrNull(r.getLambdaLT0()) : nlohmann::json(nullptr)},
+        {"beta", r.getChiLT().hasValue() ? finiteOrNull(r.getBeta()) : nlohmann::json(nullptr)},
+        {"curveLT", lateralTorsional ? curveJson(r.getBucklingCurveBending().value()) : nlohmann::json(nullptr)},
+        {"chiLT", opt(r.getChiLT())},
+        {"chiLTmod", opt(r.getChiLTmod())},
+        {"correctionFactor", opt(r.getCorrectionFactor())},
+        {"reduceFactor", opt(r.getReduceFactor())},
+        {"MbRd", opt(r.getBucklingResistance(U::Bending))},
+        {"Cm", interaction ? axes(r.getCm(Axis::y), r.getCm(Axis::z)) : nullAxes},
+        {"k",
+         interaction ? nlohmann::json{{"kyy", r.getInteractionFactor(K::kyy)},
+                                      {"kzz", r.getInteractionFactor(K::kzz)},
+                                      {"kyz", r.getInteractionFactor(K::kyz)},
+                                      {"kzy", r.getInteractionFactor(K::kzy)}}
+                     : nlohmann::json{{"kyy", nullptr}, {"kzz", nullptr}, {"kyz", nullptr}, {"kzy", nullptr}}},
+    };
+    return out;
+}
+
+namespace {
+
 void run(const MemberCommandOptions& options, CommandResult& result)
 {
     // Everything from outside is validated before anything is computed or printed.
@@ -114,66 +196,7 @@ void run(const MemberCommandOptions& options, CommandResult& result)
     const double limit = fy > 0.0 ? 72.0 * std::sqrt(235.0 / (fy / 1000.0)) / eta : 0.0;
 
     if (options.json) {
-        auto axes = [](double y, double z) { return nlohmann::json{{"y", finiteOrNull(y)}, {"z", finiteOrNull(z)}}; };
-        auto nullAxes = nlohmann::json{{"y", nullptr}, {"z", nullptr}};
-        auto opt = [](const kat::Nullable<double>& v) {
-            return v.hasValue() ? finiteOrNull(v.value()) : nlohmann::json(nullptr);
-        };
-        nlohmann::json utilizations = nlohmann::json::object();
-        for (U type : allTypes) utilizations[toString(type)] = opt(shownUtilization(type));
-        nlohmann::json out = {
-            {"section", section->getName()},
-            {"steel", steel.getName()},
-            {"fy", fy},
-            {"length",
-             {{"y", lengths.y}, {"z", lengths.z}, {"LT", lengths.lateralTorsional}}},
-            {"lateralTorsionalMethod", outcome.rolledMethod ? "6.3.2.3" : "6.3.2.2"},
-            {"mcrMethod", design::toString(request.mcrMethod)},
-            {"gammaM1", o.gammaM1},
-            {"class", r.getClass()},
-            {"errorCode", static_cast<int>(r.getErrorCode())},
-            {"shearBucklingErrorCode", static_cast<int>(r.getShearBucklingErrorCode())},
-            {"utilizations", utilizations},
-            {"fulfilled", notApplicable ? nlohmann::json(nullptr)
-                                        : nlohmann::json(outcome.verdict == design::Verdict::Fulfilled)},
-            {"verdict", notApplicable ? "not applicable" : design::toString(outcome.verdict)},
-            {"notVerified", outcome.limitations ? nlohmann::json(design::describeAll(outcome.limitations))
-                                                : nlohmann::json(nullptr)},
-            {"departures", departuresJson(departures)},
-            {"Ncr", flexural ? axes(r.getNcr(Axis::y), r.getNcr(Axis::z)) : nullAxes},
-            {"lambda", flexural ? axes(r.getLambda(Axis::y), r.getLambda(Axis::z)) : nullAxes},
-            {"chi", {{"y", opt(r.getChi(Axis::y))}, {"z", opt(r.getChi(Axis::z))}}},
-            {"curve",
-             {{"y", flexural ? curveJson(r.getBucklingCurveCompression(Axis::y).value()) : nlohmann::json(nullptr)},
-              {"z", flexural ? curveJson(r.getBucklingCurveCompression(Axis::z).value()) : nlohmann::json(nullptr)}}},
-            {"NRk", flexural ? finiteOrNull(r.getNRk()) : nlohmann::json(nullptr)},
-            {"NbRd",
-             {{"y", opt(r.getBucklingResistance(U::CompressionAxisY))},
-              {"z", opt(r.getBucklingResistance(U::CompressionAxisZ))}}},
-            {"lambdaW", opt(r.getLambdaW())},
-            {"chiW", opt(r.getChiW())},
-            {"VbRd", {{"Web", opt(r.getVbRd(P::Web))}, {"Flange", opt(r.getVbRd(P::Flange))}, {"Total", opt(r.getVbRd(P::Total))}}},
-            {"utilizationShearBuckling", opt(r.getUtilizationShearBuckling())},
-            {"Mcr", lateralTorsional ? finiteOrNull(r.getCriticalMoment()) : nlohmann::json(nullptr)},
-            {"zp", lateralTorsional ? finiteOrNull(r.getZp()) : nlohmann::json(nullptr)},
-            {"lambdaLT", lateralTorsional ? finiteOrNull(r.getLambdaLT()) : nlohmann::json(nullptr)},
-            {"lambdaLT0", r.getChiLT().hasValue() ? finiteOrNull(r.getLambdaLT0()) : nlohmann::json(nullptr)},
-            {"beta", r.getChiLT().hasValue() ? finiteOrNull(r.getBeta()) : nlohmann::json(nullptr)},
-            {"curveLT", lateralTorsional ? curveJson(r.getBucklingCurveBending().value()) : nlohmann::json(nullptr)},
-            {"chiLT", opt(r.getChiLT())},
-            {"chiLTmod", opt(r.getChiLTmod())},
-            {"correctionFactor", opt(r.getCorrectionFactor())},
-            {"reduceFactor", opt(r.getReduceFactor())},
-            {"MbRd", opt(r.getBucklingResistance(U::Bending))},
-            {"Cm", interaction ? axes(r.getCm(Axis::y), r.getCm(Axis::z)) : nullAxes},
-            {"k",
-             interaction ? nlohmann::json{{"kyy", r.getInteractionFactor(K::kyy)},
-                                          {"kzz", r.getInteractionFactor(K::kzz)},
-                                          {"kyz", r.getInteractionFactor(K::kyz)},
-                                          {"kzy", r.getInteractionFactor(K::kzy)}}
-                         : nlohmann::json{{"kyy", nullptr}, {"kzz", nullptr}, {"kyz", nullptr}, {"kzy", nullptr}}},
-        };
-        std::cout << out.dump(2) << '\n';
+        std::cout << memberJson(*section, steel, request, outcome, departures).dump(2) << '\n';
     } else {
         auto line = [](const std::string& name, const std::string& value, const char* unit) {
             std::cout << "  " << name << std::string(name.size() < 12 ? 12 - name.size() : 1, ' ') << value

@@ -7,6 +7,8 @@
 
 #include <SectionCatalogue.h>
 
+#include "ResultJson.h"
+
 #include <nlohmann/json.hpp>
 
 #include <cstdio>
@@ -116,7 +118,10 @@ void printText(const SDBSection& s)
     line("ez", fixed(p.ez * 1e3, 2), "mm");
 }
 
-nlohmann::json toJson(const SDBSection& s)
+
+} // namespace
+
+nlohmann::json sectionJson(const SDBSection& s)
 {
     const Dimensions d = dimensionsOf(s);
     const SDBProperties& p = s.getProperties();
@@ -151,6 +156,8 @@ nlohmann::json toJson(const SDBSection& s)
     return j;
 }
 
+namespace {
+
 struct SectionOptions {
     std::string name;
     bool json = false;
@@ -173,7 +180,7 @@ void registerSectionCommand(CLI::App& app, CommandResult& result)
     sub->callback([options, &result]() {
         const std::unique_ptr<SDBSection> section = lookupSection(options->name);
         if (options->json)
-            std::cout << toJson(*section).dump(2) << '\n';
+            std::cout << sectionJson(*section).dump(2) << '\n';
         else
             printText(*section);
         result.exitCode = 0;
