@@ -1,0 +1,289 @@
+// The compiled part of the Python module: sections, the cross-section and member checks as the command's
+// JSON documents (converted to Python objects), and whole frames of batch rows evaluated by the batch's
+// own code with the GIL released.
+
+#include <cli/BatchInput.h>
+#include <cli/BatchRun.h>
+#include <cli/MemberOptions.h>
+#include <cli/Options.h>
+#include <cli/ResultJson.h>
+
+#include <design/CrossSectionCheck.h>
+#include <design/Departures.h>
+#include <design/MemberCheck.h>
+
+#include <KaMaterial.h>
+#include <SDBSection.h>
+
+#include <pybind11/numpy.h>
+#include <pybind11/pybind11.h>
+#include <pybind11/stl.h>
+
+#include <charconv>
+#include <cmath>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace py = pybind11;
+
+namespace {
+
+// A JSON document as Python objects: objects as dicts (in the document's key order), arrays as lists.
+py::object toPython(const nlohmann::json& j)
+{
+    switch (j.type()) {
+    case nlohmann::json::value_t::null: return py::none();
+    case nlohmann::json::value_t::boolean: return py::bool_(j.get<bool>());
+    case nlohmann::json::value_t::number_integer: return py::int_(j.get<std::int64_t>());
+    case nlohmann::json::value_t::number_unsigned: return py::int_(j.get<std::uint64_t>());
+    case nlohmann::json::value_t::number_float: return py::float_(j.get<double>());
+    case nlohmann::json::value_t::string: return py::str(j.get_ref<const std::string&>());
+    case nlohmann::json::value_t::array: {
+        py::list list;
+        for (const auto& item : j) list.append(toPython(item));
+        return list;
+    }
+    case nlohmann::json::value_t::object: {
+        py::dict dict;
+        for (auto it = j.begin(); it != j.end(); ++it) dict[py::str(it.key())] = toPython(it.value());
+        return dict;
+    }
+    default: return py::none();
+    }
+}
+
+// A number given by the caller must be finite; ValueError naming the argument otherwise.
+double finite(const char* name, double value)
+{
+    if (!std::isfinite(value)) throw py::value_error(std::string(name) + ": not a finite number: " + std::to_string(value));
+    return value;
+}
+
+std::optional<double> finite(const char* name, const std::optional<double>& value)
+{
+    if (value) finite(name, *value);
+    return value;
+}
+
+// The shortest text that reads back as the same double.
+std::string exact(double value)
+{
+    char buffer[32];
+    const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
+    return std::string(buffer, result.ptr);
+}
+
+cli::ForceOptions forcesOf(double N, double My, double Mz, double Mt, double Vy, double Vz)
+{
+    cli::ForceOptions f;
+    f.N = finite("N", N);
+    f.My = finite("My", My);
+    f.Mz = finite("Mz", Mz);
+    f.Mt = finite("Mt", Mt);
+    f.Vy = finite("Vy", Vy);
+    f.Vz = finite("Vz", Vz);
+    return f;
+}
+
+py::object section(const std::string& name) { return toPython(cli::sectionJson(*cli::lookupSection(name))); }
+
+py::object check(const std::string& name, const std::string& steelGrade, double N, double My, double Mz, double Mt,
+                 double Vy, double Vz, double gammaM0, bool elastic, const std::string& mode,
+                 const std::string& situation)
+{
+    auto section = cli::lookupSection(name);
+    KaConstrSteel steel = cli::SteelOption{steelGrade}.resolve();
+    cli::StandardOptions{mode, situation}.apply();
+    if (finite("gamma_m0", gammaM0) < 0.0) throw py::value_error("gamma_m0: must not be negative, got " + exact(gammaM0));
+    const design::CrossSectionRequest request{section.get(), &steel, forcesOf(N, My, Mz, Mt, Vy, Vz).toForces(),
+                                              gammaM0, elastic};
+    const design::CrossSectionOutcome outcome = design::evaluateCrossSection(request);
+    return toPython(cli::checkJson(*section, steel, outcome, design::findDepartures(request, outcome)));
+}
+
+std::string momentsText(const char* name, const std::optional<std::vector<double>>& values)
+{
+    if (!values) return {};
+    if (values->size() != 3)
+        throw py::value_error(std::string(name) + ": three moments (start, middle, end) in kNm are needed, got " +
+                              std::to_string(values->size()));
+    std::string text;
+    for (double v : *values) text += (text.empty() ? "" : ",") + exact(finite(name, v));
+    return text;
+}
+
+py::object member(const std::string& name, const std::string& steelGrade, double N, double My, double Mz, double Mt,
+                  double Vy, double Vz, std::optional<double> length, std::optional<double> lcrY,
+                  std::optional<double> lcrZ, std::optional<double> lLT, double gammaM1,
+                  const std::optional<std::vector<double>>& momentsY, const std::string& diagramY,
+                  const std::optional<std::vector<double>>& momentsZ, const std::string& diagramZ,
+                  std::optional<double> maxMoment, const std::string& loadPoint, double mcr, double cTheta,
+                  double shearPanel, std::optional<bool> rolledMethod, const std::string& mcrMethod,
+                  bool torsionallyDeformable, bool cmFloor, const std::string& mode, const std::string& situation)
+{
+    auto section = cli::lookupSection(name);
+    KaConstrSteel steel = cli::SteelOption{steelGrade}.resolve();
+    cli::MemberOptions o;
+    o.forces = forcesOf(N, My, Mz, Mt, Vy, Vz);
+    o.standard = cli::StandardOptions{mode, situation};
+    o.length = finite("length", length);
+    o.lengthY = finite("lcr_y", lcrY);
+    o.lengthZ = finite("lcr_z", lcrZ);
+    o.lengthLT = finite("l_lt", lLT);
+    o.gammaM1 = finite("gamma_m1", gammaM1);
+    o.momentsY = momentsText("moments_y", momentsY);
+    o.momentsZ = momentsText("moments_z", momentsZ);
+    o.diagramY = diagramY;
+    o.diagramZ = diagramZ;
+    o.maxMoment = finite("max_moment", maxMoment);
+    o.loadPoint = loadPoint;
+    o.mcr = finite("mcr", mcr);
+    o.cTheta = finite("c_theta", cTheta);
+    o.shearPanel = finite("shear_panel", shearPanel);
+    o.rolledMethod = rolledMethod.value_or(false);
+    o.generalMethod = rolledMethod.has_value() && !*rolledMethod;
+    o.mcrMethod = mcrMethod;
+    o.torsionallyDeformable = torsionallyDeformable;
+    o.cmFloor = cmFloor;
+    if (!o.memberChecked())
+        throw py::value_error("length: a positive buckling length is needed (length, or lcr_y / lcr_z / l_lt)");
+    const design::MemberRequest request = o.toRequest(section.get(), &steel);
+    const design::MemberOutcome outcome = design::evaluateMember(request);
+    return toPython(cli::memberJson(*section, steel, request, outcome, design::findDepartures(request, outcome)));
+}
+
+// A text cell of the CSV the batch reads, quoted where needed; a line break cannot be carried.
+void appendCell(std::string& out, const std::string& text, const std::string& column, std::size_t row)
+{
+    if (text.find_first_of("\r\n") != std::string::npos)
+        throw py::value_error(column + ": row " + std::to_string(row) + " holds a line break");
+    if (text.find_first_of(",\"") == std::string::npos) {
+        out += text;
+        return;
+    }
+    out += '"';
+    for (char c : text) out += c == '"' ? std::string("\"\"") : std::string(1, c);
+    out += '"';
+}
+
+// The cells of one column as text, read in C++ from its numpy array: numbers exactly (NaN: empty),
+// booleans as true/false, objects by their kind (None and NaN: empty).
+std::vector<std::string> columnCells(const std::string& column, const py::handle& values, std::size_t rows)
+{
+    std::vector<std::string> cells(rows);
+    const py::array array = py::array::ensure(values);
+    if (!array) throw py::value_error(column + ": not a column of values");
+    if (static_cast<std::size_t>(array.size()) != rows || array.ndim() != 1)
+        throw py::value_error(column + ": expected " + std::to_string(rows) + " values");
+    const char kind = array.dtype().kind();
+    if (kind == 'f' || kind == 'i' || kind == 'u') {
+        const auto numbers = py::array_t<double, py::array::forcecast>::ensure(array);
+        const auto view = numbers.unchecked<1>();
+        for (std::size_t i = 0; i < rows; ++i)
+            if (!std::isnan(view(static_cast<py::ssize_t>(i)))) cells[i] = exact(view(static_cast<py::ssize_t>(i)));
+        return cells;
+    }
+    if (kind == 'b') {
+        const auto flags = py::array_t<bool, py::array::forcecast>::ensure(array);
+        const auto view = flags.unchecked<1>();
+        for (std::size_t i = 0; i < rows; ++i) cells[i] = view(static_cast<py::ssize_t>(i)) ? "true" : "false";
+        return cells;
+    }
+    const py::array objects = array.attr("astype")("O");
+    for (std::size_t i = 0; i < rows; ++i) {
+        py::handle item(*static_cast<PyObject* const*>(objects.data(static_cast<py::ssize_t>(i))));
+        if (item.is_none()) continue;
+        if (py::isinstance<py::bool_>(item)) cells[i] = item.cast<bool>() ? "true" : "false";
+        else if (py::isinstance<py::float_>(item) || py::isinstance<py::int_>(item)) {
+            const double v = item.cast<double>();
+            if (!std::isnan(v)) cells[i] = exact(v);
+        } else if (py::isinstance<py::str>(item)) cells[i] = item.cast<std::string>();
+        else cells[i] = py::str(item).cast<std::string>();
+    }
+    return cells;
+}
+
+// The batch's CSV output for the rows of the columns (a dict of column name to array, every array of
+// `rows` values), evaluated by the batch's reader, evaluator and writer on `jobs` threads (0: every
+// core) with the GIL released. A bad header (a required column missing, an unknown one) raises
+// ValueError; a bad row is a rejected row.
+std::string evaluateColumns(const py::dict& columns, std::size_t rows, unsigned jobs)
+{
+    std::vector<std::string> names;
+    std::vector<std::vector<std::string>> cells;
+    for (const auto& [key, values] : columns) {
+        names.push_back(py::str(key).cast<std::string>());
+        cells.push_back(columnCells(names.back(), values, rows));
+    }
+    std::string text;
+    for (std::size_t c = 0; c < names.size(); ++c) {
+        if (c) text += ',';
+        appendCell(text, names[c], "header", 0);
+    }
+    text += '\n';
+    for (std::size_t r = 0; r < rows; ++r) {
+        for (std::size_t c = 0; c < names.size(); ++c) {
+            if (c) text += ',';
+            appendCell(text, cells[c][r], names[c], r);
+        }
+        text += '\n';
+    }
+    cells.clear();
+
+    py::gil_scoped_release release;
+    cli::StandardOptions{}.apply();  // the batch's standard: EN, persistent situation
+    std::istringstream in(std::move(text));
+    std::ostringstream out;
+    cli::BatchReader reader(in, cli::BatchFormat::Csv, jobs);
+    cli::BatchEvaluator evaluator(jobs);
+    std::vector<cli::BatchRow> chunk;
+    std::vector<cli::RowResult> results;
+    cli::writeHeader(out, cli::OutputFormat::Csv);
+    while (reader.next(chunk, 8192)) {
+        evaluator.run(chunk, results);
+        cli::writeRows(out, results, cli::OutputFormat::Csv, jobs);
+    }
+    return std::move(out).str();
+}
+
+} // namespace
+
+PYBIND11_MODULE(_core, m)
+{
+    m.doc() = "steeldesign: steel members to EN 1993-1-1 and EN 1993-1-5 (compiled part)";
+    static py::exception<cli::InputError> inputError(m, "InputError", PyExc_ValueError);
+    // The command's messages name its options ("--gamma-m1: ..."); here they name the argument.
+    py::register_exception_translator([](std::exception_ptr p) {
+        try {
+            if (p) std::rethrow_exception(p);
+        } catch (const cli::InputError& e) {
+            std::string message = e.what();
+            if (message.rfind("--", 0) == 0) {
+                message.erase(0, 2);
+                for (std::size_t i = 0; i < message.size() && message[i] != ':'; ++i)
+                    if (message[i] == '-') message[i] = '_';
+            }
+            inputError(message.c_str());
+        }
+    });
+
+    m.def("section", &section, py::arg("name"), "Dimensions and properties of a section (m, m2, m4, m6).");
+    m.def("check", &check, py::arg("section"), py::arg("steel") = "S355", py::kw_only(), py::arg("N") = 0.0,
+          py::arg("My") = 0.0, py::arg("Mz") = 0.0, py::arg("Mt") = 0.0, py::arg("Vy") = 0.0, py::arg("Vz") = 0.0,
+          py::arg("gamma_m0") = 0.0, py::arg("elastic") = false, py::arg("mode") = "EN",
+          py::arg("situation") = "persistent", "The cross-section check, as `steeldesign check --json`.");
+    m.def("member", &member, py::arg("section"), py::arg("steel") = "S355", py::kw_only(), py::arg("N") = 0.0,
+          py::arg("My") = 0.0, py::arg("Mz") = 0.0, py::arg("Mt") = 0.0, py::arg("Vy") = 0.0, py::arg("Vz") = 0.0,
+          py::arg("length") = py::none(), py::arg("lcr_y") = py::none(), py::arg("lcr_z") = py::none(),
+          py::arg("l_lt") = py::none(), py::arg("gamma_m1") = 1.0, py::arg("moments_y") = py::none(),
+          py::arg("diagram_y") = "polygonal", py::arg("moments_z") = py::none(), py::arg("diagram_z") = "polygonal",
+          py::arg("max_moment") = py::none(), py::arg("load_point") = "center", py::arg("mcr") = 0.0,
+          py::arg("c_theta") = 0.0, py::arg("shear_panel") = 0.0, py::arg("rolled_method") = py::none(),
+          py::arg("mcr_method") = "tables", py::arg("torsionally_deformable") = false, py::arg("cm_floor") = false,
+          py::arg("mode") = "EN", py::arg("situation") = "persistent",
+          "The member checks, as `steeldesign member --json`.");
+    m.def("evaluate_columns", &evaluateColumns, py::arg("columns"), py::arg("rows"), py::arg("jobs") = 0,
+          "The batch's CSV output for a dict of columns (numpy arrays) of batch rows.");
+}

@@ -1,0 +1,129 @@
+"""steeldesign: steel members to EN 1993-1-1 and EN 1993-1-5, from Python.
+
+    >>> import steeldesign as sd
+    >>> sd.section("IPE 300")["A"]                     # m2
+    >>> r = sd.check("IPE 300", "S355", N=-300, My=80, Vz=60)
+    >>> r.verdict, r.utilizations["AxialBending"]
+    >>> sd.member("HEB 300", "S355", N=-1500, My=50, lcr_y=8.0, lcr_z=5.6).verdict
+    >>> results = sd.member_frame(df)                  # a DataFrame with the batch columns
+
+Units: m, kN, kNm, kN/m2; compression is negative. A bad argument raises ValueError naming it; in a
+frame a bad row is a rejected row with its field and message, as in `steeldesign batch`.
+"""
+
+import io
+
+import numpy as np
+import pandas as pd
+
+from . import _core
+from ._core import InputError
+
+__all__ = ["section", "check", "member", "check_frame", "member_frame", "Result", "InputError",
+           "RESULT_COLUMNS"]
+
+
+class Result:
+    """The result of a check: every value of the command's JSON, as attributes and as a dict."""
+
+    def __init__(self, kind, values):
+        self._kind = kind
+        self._values = values
+
+    def __getattr__(self, name):
+        try:
+            return self._values[name]
+        except KeyError:
+            raise AttributeError(name) from None
+
+    def __getitem__(self, name):
+        return self._values[name]
+
+    def to_dict(self):
+        return dict(self._values)
+
+    def __eq__(self, other):
+        return isinstance(other, Result) and self._values == other._values
+
+    def __repr__(self):
+        v = self._values
+        governing = None
+        utilizations = {k: u for k, u in (v.get("utilizations") or {}).items() if isinstance(u, (int, float))}
+        if utilizations:
+            governing = max(utilizations, key=utilizations.get)
+        text = f"<{self._kind} {v.get('section')} {v.get('steel')}: {v.get('verdict')}"
+        if governing is not None:
+            text += f", governing {governing} {utilizations[governing]:.3f}"
+        if v.get("notVerified"):
+            text += f" (not verified: {v['notVerified']})"
+        return text + ">"
+
+
+def section(name):
+    """Dimensions and properties of a catalogue section or of one given by dimensions ("WI 1200x300x8x20")."""
+    return _core.section(name)
+
+
+def check(section, steel="S355", **kwargs):
+    """The cross-section check of EN 1993-1-1 6.2: N, My, Mz, Mt, Vy, Vz, gamma_m0, elastic, mode, situation."""
+    return Result("check", _core.check(section, steel, **kwargs))
+
+
+def member(section, steel="S355", **kwargs):
+    """The member checks of EN 1993-1-1 6.3 and EN 1993-1-5 5: forces, length or lcr_y / lcr_z / l_lt,
+    gamma_m1, moments_y / moments_z (start, middle, end), diagram_y / diagram_z, max_moment, load_point,
+    mcr, c_theta, shear_panel, rolled_method, mcr_method, torsionally_deformable, cm_floor, mode, situation."""
+    return Result("member", _core.member(section, steel, **kwargs))
+
+
+# The columns of the batch's output, with the dtype each has in a result frame. `line` (the input line)
+# is left out: a frame's rows keep the input frame's index instead.
+_TEXT = object
+RESULT_COLUMNS = {
+    "id": _TEXT, "status": _TEXT, "section": _TEXT, "steel": _TEXT,
+    "class": "float64", "errorCode": "float64", "memberErrorCode": "float64", "shearBucklingErrorCode": "float64",
+    "Axial": "float64", "Torsion": "float64", "Bending": "float64", "Shear": "float64",
+    "AxialBending": "float64", "ShearBending": "float64", "AxialShearBending": "float64",
+    "memberCompression": "float64", "memberBending": "float64", "memberCompressionBending": "float64",
+    "memberShearBuckling": "float64", "governing": _TEXT, "governingUtilization": "float64",
+    "fulfilled": "boolean", "verdict": _TEXT, "reason": _TEXT, "enUtilization": "float64",
+    "departures": _TEXT, "field": _TEXT, "message": _TEXT,
+}
+
+
+def read_results(text):
+    """A result frame from the batch's CSV output (text or a file), with the dtypes of RESULT_COLUMNS."""
+    source = io.StringIO(text) if isinstance(text, str) else text
+    dtypes = {name: (str if kind is _TEXT else kind) for name, kind in RESULT_COLUMNS.items()}
+    dtypes["line"] = "int64"
+    frame = pd.read_csv(source, dtype=dtypes, keep_default_na=False, na_values=[""])
+    return frame
+
+
+def _frame(df, jobs, member_checks):
+    if not isinstance(df, pd.DataFrame):
+        raise ValueError(f"df: a pandas DataFrame is needed, got {type(df).__name__}")
+    columns = {}
+    for name in df.columns:
+        if not isinstance(name, str):
+            raise ValueError(f"df: column names must be text, got {name!r}")
+        columns[name] = df[name].to_numpy()
+    if not member_checks:
+        for name in ("lengthY", "lengthZ", "lengthLT"):
+            columns.pop(name, None)
+        columns["length"] = np.zeros(len(df))
+    text = _core.evaluate_columns(columns, len(df), jobs)
+    results = read_results(text).drop(columns=["line"])
+    results.index = df.index
+    return results
+
+
+def member_frame(df, jobs=0):
+    """Every row of df (the columns of `steeldesign batch`) checked as the batch checks it: a frame of
+    the batch's result columns with df's index. Evaluated in C++ on `jobs` threads (0: every core)."""
+    return _frame(df, jobs, True)
+
+
+def check_frame(df, jobs=0):
+    """The cross-section checks alone of every row of df (its lengths are not used)."""
+    return _frame(df, jobs, False)
