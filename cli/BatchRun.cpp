@@ -592,6 +592,8 @@ void writeRows(std::ostream& out, const std::vector<RowResult>& results, OutputF
     std::vector<std::string>& texts = kept;  // the workers reach the caller's texts, not their own
     const std::size_t count = (results.size() + chunk - 1) / chunk;
     if (texts.size() < count) texts.resize(count);
+    // One thread formats the whole range into the first text: the others must not keep a former chunk.
+    for (std::size_t i = 0; i < count; ++i) texts[i].clear();
     forEachChunk(results.size(), chunk, jobs, [&](std::size_t begin, std::size_t end) {
         // A string of the worker's own, its memory borrowed from the kept text: the headers of the
         // kept texts share a cache line, and two threads appending to them would pass it to and fro.

@@ -1,0 +1,155 @@
+"""The Python module against the command: check and member give the command's JSON value for value on
+the example model, member_frame gives the batch's output on 100,000 rows, and a Dask LocalCluster with
+two worker processes gives member_frame's frame."""
+
+import io
+import json
+import math
+import os
+import subprocess
+
+import numpy as np
+import pandas as pd
+import pytest
+
+import steeldesign as sd
+
+CLI = os.environ.get("STEELDESIGN_CLI", "steeldesign")
+SOURCE = os.environ.get("STEELDESIGN_SOURCE_DIR", os.path.join(os.path.dirname(__file__), "..", ".."))
+EXAMPLE = os.path.join(SOURCE, "examples", "frames.csv")
+
+
+def command_json(*args):
+    run = subprocess.run([CLI, *args, "--json"], capture_output=True, text=True)
+    assert run.returncode in (0, 1, 3), run.stderr
+    return json.loads(run.stdout)
+
+
+def example():
+    return pd.read_csv(EXAMPLE, keep_default_na=False, na_values=[""])
+
+
+def present(row, name):
+    return name in row and not (isinstance(row[name], float) and math.isnan(row[name]))
+
+
+def force_args(row):
+    return [f"--{k}={row[k]!r}" for k in ("N", "My", "Mz", "Mt", "Vy", "Vz")]
+
+
+@pytest.mark.parametrize("index", range(len(example())))
+def test_check_and_member_equal_the_command_on_the_example(index):
+    row = example().iloc[index]
+    forces = {k: float(row[k]) for k in ("N", "My", "Mz", "Mt", "Vy", "Vz")}
+    args = [row["section"], "--steel", row["steel"]] + [f"--{k}={v!r}" for k, v in forces.items()]
+    assert sd.check(row["section"], row["steel"], **forces).to_dict() == command_json("check", *args)
+
+    lengths = {}
+    member_args = list(args)
+    for column, keyword, option in (("length", "length", "--length"), ("lengthY", "lcr_y", "--lcr-y"),
+                                    ("lengthZ", "lcr_z", "--lcr-z"), ("lengthLT", "l_lt", "--l-lt")):
+        if present(row, column) and float(row[column]) > 0:
+            lengths[keyword] = float(row[column])
+            member_args += [option, repr(float(row[column]))]
+    if not lengths:
+        return
+    extra = {}
+    if present(row, "MyStart"):
+        extra["moments_y"] = [float(row[c]) for c in ("MyStart", "MyMid", "MyEnd")]
+        member_args += ["--moments-y", ",".join(repr(v) for v in extra["moments_y"])]
+    for column, keyword, option in (("diagramY", "diagram_y", "--diagram-y"), ("loadPoint", "load_point", "--load-point")):
+        if present(row, column):
+            extra[keyword] = row[column]
+            member_args += [option, row[column]]
+    if present(row, "rolledMethod") and str(row["rolledMethod"]).lower() == "false":
+        extra["rolled_method"] = False
+        member_args.append("--general-method")
+    if present(row, "cmFloor") and str(row["cmFloor"]).lower() == "true":
+        extra["cm_floor"] = True
+        member_args.append("--cm-floor")
+    result = sd.member(row["section"], row["steel"], **forces, **lengths, **extra)
+    assert result.to_dict() == command_json("member", *member_args)
+
+
+def repeated_example(rows):
+    frame = example()
+    return pd.concat([frame] * (rows // len(frame) + 1), ignore_index=True).iloc[:rows]
+
+
+def test_member_frame_equals_the_batch_on_100000_rows(tmp_path):
+    frame = repeated_example(100_000)
+    path = tmp_path / "model.csv"
+    frame.to_csv(path, index=False)
+    run = subprocess.run([CLI, "batch", str(path), "--format", "csv"], capture_output=True, text=True)
+    assert run.returncode in (0, 1, 3), run.stderr
+    expected = sd.read_results(run.stdout).drop(columns=["line"])
+    pd.testing.assert_frame_equal(sd.member_frame(frame), expected)
+    pd.testing.assert_frame_equal(sd.member_frame(frame, jobs=1), expected)
+
+
+def test_check_frame_runs_the_cross_section_checks_alone():
+    frame = example()
+    results = sd.check_frame(frame)
+    assert results["memberCompression"].isna().all()
+    for index in (0, 5, 20):
+        row = frame.iloc[index]
+        forces = {k: float(row[k]) for k in ("N", "My", "Mz", "Mt", "Vy", "Vz")}
+        single = sd.check(row["section"], row["steel"], **forces)
+        # The frame writes six significant digits, as the batch does.
+        assert results["AxialBending"].iloc[index] == pytest.approx(single.utilizations["AxialBending"], rel=1e-5)
+
+
+def test_a_bad_row_is_a_rejected_row_and_the_others_are_checked():
+    frame = example().iloc[:3].copy()
+    frame.loc[1, "section"] = "IPE 301"
+    frame.loc[2, "length"] = -2.0
+    results = sd.member_frame(frame)
+    assert list(results["status"]) == ["checked", "rejected", "rejected"]
+    assert list(results["field"].iloc[1:]) == ["section", "length"]
+    assert "IPE 300" in results["message"].iloc[1]  # the nearest designations are named
+
+
+def test_the_index_of_the_input_is_kept():
+    frame = example().iloc[:4].copy()
+    frame.index = ["a", "b", "c", "d"]
+    assert list(sd.member_frame(frame).index) == ["a", "b", "c", "d"]
+
+
+@pytest.mark.parametrize("call, field", [
+    (lambda: sd.check("IPE 300", "S999"), "steel"),
+    (lambda: sd.check("IPE 999"), "IPE 999"),
+    (lambda: sd.check("WI 300x200x0x10"), "tw"),
+    (lambda: sd.check("IPE 300", N=float("nan")), "N"),
+    (lambda: sd.check("IPE 300", gamma_m0=-1.0), "gamma_m0"),
+    (lambda: sd.member("IPE 300", N=-100), "length"),
+    (lambda: sd.member("IPE 300", N=-100, length=4, gamma_m1=0), "gamma_m1"),
+    (lambda: sd.member("IPE 300", N=-100, length=4, moments_y=[1, 2]), "moments_y"),
+    (lambda: sd.member("IPE 300", N=-100, length=4, load_point="middle"), "load_point"),
+    (lambda: sd.member("IPE 300", N=-100, length=4, mcr_method="exact"), "mcr_method"),
+    (lambda: sd.member_frame(example().drop(columns=["Vz"])), "Vz"),
+    (lambda: sd.member_frame(example().assign(colour="red")), "colour"),
+    (lambda: sd.member_frame("model.csv"), "df"),
+])
+def test_bad_arguments_raise_value_error_naming_the_field(call, field):
+    with pytest.raises(ValueError, match=field):
+        call()
+
+
+def test_result_repr_reads_at_a_glance():
+    text = repr(sd.check("IPE 300", "S355", N=-300, My=80))
+    assert text.startswith("<check IPE 300 S355: fulfilled, governing ")
+
+
+@pytest.mark.filterwarnings("ignore::DeprecationWarning")  # tornado, inside distributed
+def test_a_local_dask_cluster_gives_the_frame_of_member_frame():
+    dd = pytest.importorskip("dask.dataframe")
+    distributed = pytest.importorskip("distributed")
+    import steeldesign.dask as sdd
+
+    frame = repeated_example(20_000)
+    expected = sd.member_frame(frame)
+    with distributed.LocalCluster(n_workers=2, threads_per_worker=1, processes=True,
+                                  dashboard_address=None) as cluster, distributed.Client(cluster):
+        ddf = dd.from_pandas(frame, npartitions=4)
+        result = sdd.check_dask(ddf).compute().sort_index()
+    pd.testing.assert_frame_equal(result, expected)
