@@ -1,7 +1,7 @@
 # Quick start:
 #   make example   installs what is missing, builds, and runs steeldesign on the bundled example
 #   make test      installs what is missing, builds, and runs every test
-# Other targets: build, test-sanitize (AddressSanitizer + UndefinedBehaviorSanitizer), bench, install, clean.
+# Other targets: build, python (the Python module), test-sanitize (AddressSanitizer + UndefinedBehaviorSanitizer), bench, install, clean.
 
 BUILD      ?= build
 ASAN_BUILD ?= build-sanitize
@@ -10,9 +10,10 @@ JOBS       ?= $(shell nproc 2>/dev/null || echo 2)
 CMAKE_ARGS ?=
 
 # Debian packages the build needs; installed by `make deps` only when one is missing.
-PACKAGES = cmake g++ make libcli11-dev nlohmann-json3-dev libgtest-dev libgmock-dev libbenchmark-dev libeigen3-dev
+PACKAGES = cmake g++ make libcli11-dev nlohmann-json3-dev libgtest-dev libgmock-dev libbenchmark-dev libeigen3-dev \
+           python3-dev pybind11-dev python3-numpy python3-pandas python3-dask python3-distributed python3-pytest
 
-.PHONY: deps build example test test-sanitize bench install clean
+.PHONY: deps build example python test test-sanitize bench install clean
 
 deps:
 	@missing=""; for p in $(PACKAGES); do \
@@ -32,6 +33,10 @@ build: deps
 example: build
 	@./$(BUILD)/steeldesign batch examples/frames.csv --format csv --out $(BUILD)/frames-results.csv; \
 	  rc=$$?; echo "results: $(BUILD)/frames-results.csv (exit code $$rc)"; [ $$rc -le 1 ]
+
+# The Python module, importable with PYTHONPATH=$(BUILD)/python (built by `build` too).
+python: build
+	@echo "Python module: PYTHONPATH=$(BUILD)/python python3 -c 'import steeldesign'"
 
 test: build
 	ctest --test-dir $(BUILD) --output-on-failure -j $(JOBS)
