@@ -3,8 +3,13 @@
 #   make test      installs what is missing, builds, and runs every test
 # Other targets: build, python (the Python module), test-sanitize (AddressSanitizer + UndefinedBehaviorSanitizer), bench, install, clean.
 
+SHELL      := /bin/bash
 BUILD      ?= build
 ASAN_BUILD ?= build-sanitize
+TSAN_BUILD ?= build-tsan
+FUZZ_BUILD ?= build-fuzz
+FUZZ_SECONDS ?= 60
+FUZZ_TARGETS = batch_rows section_names flat_call_steel_design moment_coefficient_zeta
 BENCH_BUILD ?= build-bench
 JOBS       ?= $(shell nproc 2>/dev/null || echo 2)
 CMAKE_ARGS ?=
@@ -13,7 +18,10 @@ CMAKE_ARGS ?=
 PACKAGES = cmake g++ make libcli11-dev nlohmann-json3-dev libgtest-dev libgmock-dev libbenchmark-dev libeigen3-dev \
            python3-dev pybind11-dev python3-numpy python3-pandas python3-dask python3-distributed python3-pytest
 
-.PHONY: deps build example python test test-sanitize bench install clean
+# The fuzzers need clang and its sanitizer and libFuzzer runtimes besides.
+FUZZ_PACKAGES = clang libclang-rt-14-dev
+
+.PHONY: deps deps-fuzz build example python test test-sanitize test-tsan fuzz bench install clean
 
 deps:
 	@missing=""; for p in $(PACKAGES); do \
@@ -24,6 +32,9 @@ deps:
 	  SUDO=""; [ "$$(id -u)" -ne 0 ] && SUDO=sudo; \
 	  $$SUDO apt-get update -qq && DEBIAN_FRONTEND=noninteractive $$SUDO apt-get install -y -qq $$missing; \
 	fi
+
+deps-fuzz: deps
+	@$(MAKE) --no-print-directory deps PACKAGES="$(FUZZ_PACKAGES)"
 
 build: deps
 	cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=Release $(CMAKE_ARGS)
@@ -46,6 +57,31 @@ test-sanitize: deps
 	cmake --build $(ASAN_BUILD) -j $(JOBS)
 	ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 ctest --test-dir $(ASAN_BUILD) --output-on-failure -j $(JOBS)
 
+# ThreadSanitizer: the batch's tests and a 100,000-row batch on two threads against one thread.
+test-tsan: deps
+	cmake -S . -B $(TSAN_BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DSTEELDESIGN_TSAN=ON $(CMAKE_ARGS)
+	cmake --build $(TSAN_BUILD) -j $(JOBS) --target steeldesign-cli steeldesign_tests
+	TSAN_OPTIONS=halt_on_error=1 ctest --test-dir $(TSAN_BUILD) --output-on-failure -j $(JOBS) -R 'Batch|JsonLines'
+	@head -1 examples/frames.csv > $(TSAN_BUILD)/tsan-rows.csv; \
+	  for i in $$(seq 1961); do tail -n +2 examples/frames.csv; done | head -100000 >> $(TSAN_BUILD)/tsan-rows.csv; \
+	  TSAN_OPTIONS=halt_on_error=1 ./$(TSAN_BUILD)/steeldesign batch $(TSAN_BUILD)/tsan-rows.csv --jobs 2 --format csv --out $(TSAN_BUILD)/tsan-2.csv > /dev/null; rc2=$$?; \
+	  ./$(TSAN_BUILD)/steeldesign batch $(TSAN_BUILD)/tsan-rows.csv --jobs 1 --format csv --out $(TSAN_BUILD)/tsan-1.csv > /dev/null; \
+	  [ $$rc2 -le 3 ] && cmp $(TSAN_BUILD)/tsan-1.csv $(TSAN_BUILD)/tsan-2.csv && echo "tsan: 100,000 rows on two threads, no race, the output of one thread"
+
+# libFuzzer: each target FUZZ_SECONDS on its corpus; new inputs go to $(FUZZ_BUILD)/corpus, a finding
+# stops with the input written to $(FUZZ_BUILD)/ (keep it in fuzz/corpus/<target> once fixed).
+fuzz: deps-fuzz
+	CC=clang CXX=clang++ cmake -S . -B $(FUZZ_BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DSTEELDESIGN_BUILD_FUZZ=ON \
+	  -DSTEELDESIGN_BUILD_TESTS=OFF -DSTEELDESIGN_BUILD_PYTHON=OFF $(CMAKE_ARGS)
+	cmake --build $(FUZZ_BUILD) -j $(JOBS) --target fuzz
+	@for t in $(FUZZ_TARGETS); do \
+	  mkdir -p $(FUZZ_BUILD)/corpus/$$t; \
+	  echo "fuzz_$$t: $(FUZZ_SECONDS) s"; \
+	  ./$(FUZZ_BUILD)/fuzz/fuzz_$$t -max_total_time=$(FUZZ_SECONDS) -print_final_stats=1 -artifact_prefix=$(FUZZ_BUILD)/$$t- \
+	    $(FUZZ_BUILD)/corpus/$$t fuzz/corpus/$$t 2>&1 | grep -E "^(#[0-9]+.*(DONE|INITED)|stat::number_of_executed_units|ERROR|SUMMARY)|cov:" | tail -4; \
+	  status=$${PIPESTATUS[0]}; [ $$status -eq 0 ] || { echo "fuzz_$$t: finding (exit $$status)"; exit 1; }; \
+	done
+
 bench: deps
 	cmake -S . -B $(BENCH_BUILD) -DCMAKE_BUILD_TYPE=Release -DSTEELDESIGN_BUILD_BENCH=ON -DSTEELDESIGN_BUILD_TESTS=OFF $(CMAKE_ARGS)
 	cmake --build $(BENCH_BUILD) -j $(JOBS) --target bench
@@ -54,4 +90,4 @@ install: build
 	cmake --install $(BUILD)
 
 clean:
-	rm -rf $(BUILD) $(ASAN_BUILD) $(BENCH_BUILD)
+	rm -rf $(BUILD) $(ASAN_BUILD) $(TSAN_BUILD) $(FUZZ_BUILD) $(BENCH_BUILD)

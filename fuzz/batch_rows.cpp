@@ -1,0 +1,55 @@
+// Fuzz target: the batch's reader (CSV and JSON Lines) and the evaluation of every row it gives.
+// Holds: nothing crashes; a bad header is an InputError; a rejected row says why; a checked row's
+// utilizations are finite unless the row is reported as not verified, and a fulfilled row has no
+// limitation.
+
+#include <cli/BatchInput.h>
+#include <cli/BatchRun.h>
+#include <cli/Options.h>
+
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+void require(bool condition)
+{
+    if (!condition) std::abort();
+}
+
+bool finite(const kat::Nullable<double>& u) { return !u.hasValue() || std::isfinite(u.value()); }
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    if (size == 0) return 0;
+    // The first byte chooses the format: even CSV, odd JSON Lines.
+    const auto format = data[0] % 2 == 0 ? cli::BatchFormat::Csv : cli::BatchFormat::JsonLines;
+    std::istringstream in(std::string(reinterpret_cast<const char*>(data + 1), size - 1));
+    try {
+        cli::BatchReader reader(in, format, 1);
+        std::vector<cli::BatchRow> rows;
+        while (reader.next(rows, 64)) {
+            for (const cli::BatchRow& row : rows) {
+                const cli::RowResult r = cli::evaluateRow(row);
+                if (r.rejected) {
+                    require(!r.errorMessage.empty());
+                    continue;
+                }
+                bool allFinite = std::isfinite(r.governingUtilization) || r.governing.empty();
+                for (const auto& u : r.crossSection) allFinite = allFinite && finite(u);
+                for (const auto& u : r.member) allFinite = allFinite && finite(u);
+                if (!allFinite) require(r.verdict == design::Verdict::NotVerified && r.limitations != 0);
+                if (r.verdict == design::Verdict::Fulfilled) require(r.limitations == 0 && allFinite);
+            }
+        }
+    } catch (const cli::InputError&) {
+        // A header without a required column, with an unknown one, or an empty file.
+    }
+    return 0;
+}
