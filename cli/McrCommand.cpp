@@ -8,6 +8,7 @@
 #include "Commands.h"
 #include "Options.h"
 #include "Report.h"
+#include "ResultJson.h"
 
 #include <design/CriticalMomentSolver.h>
 
@@ -27,19 +28,6 @@ namespace {
 
 using namespace design;
 
-struct McrOptions {
-    std::string name;
-    double length = 0.0;
-    std::string momentsY, diagramY = "polygonal", stations;
-    double q = 0.0;
-    std::vector<std::string> pointLoads, lateralRestraints;
-    std::vector<double> torsionalRestraints;
-    std::string loadHeight = "center";
-    std::string start = "fork", end = "fork";
-    double cTheta = 0.0;
-    int elements = 30;
-    bool json = false;
-};
 
 double parseNumber(const std::string& option, const std::string& text)
 {
@@ -183,26 +171,45 @@ std::string shapePlot(const CriticalMomentResult& r)
     return "buckled shape (magnitude along the member, start to end):\n" + row(r.v, "v  ") + row(r.phi, "phi");
 }
 
-void run(const McrOptions& o, CommandResult& result)
+} // namespace
+
+nlohmann::json mcrJson(const SDBSection& section, double length, const design::CriticalMomentResult& r)
+{
+    nlohmann::json shape = nlohmann::json::array();
+    for (std::size_t i = 0; i < r.x.size(); ++i) shape.push_back({{"x", r.x[i]}, {"v", r.v[i]}, {"phi", r.phi[i]}});
+    nlohmann::json out = {{"section", section.getName()},
+                                {"length", length},
+                                {"ok", r.ok},
+                                {"reason", r.ok ? nlohmann::json(nullptr) : nlohmann::json(r.reason)},
+                                {"Mcr", r.ok ? nlohmann::json(r.mcr) : nlohmann::json(nullptr)},
+                                {"lambda", r.ok ? nlohmann::json(r.lambda) : nlohmann::json(nullptr)},
+                                {"Mmax", r.mMax},
+                                {"C1", r.ok && r.c1 > 0.0 ? nlohmann::json(r.c1) : nlohmann::json(nullptr)},
+                                {"McrUniform", r.mcrUniform > 0.0 ? nlohmann::json(r.mcrUniform) : nlohmann::json(nullptr)},
+                                {"elements", r.elements},
+                                {"shape", shape}};
+    return out;
+}
+
+nlohmann::json mcrJson(const McrOptions& options)
+{
+    const auto section = lookupSection(options.name);
+    return mcrJson(*section, options.length, criticalMoment(buildInput(options, *section)));
+}
+
+namespace {
+
+struct McrCommandOptions : McrOptions {
+    bool json = false;
+};
+
+void run(const McrCommandOptions& o, CommandResult& result)
 {
     const auto section = lookupSection(o.name);
     const CriticalMomentInput input = buildInput(o, *section);
     const CriticalMomentResult r = criticalMoment(input);
     if (o.json) {
-        nlohmann::json shape = nlohmann::json::array();
-        for (std::size_t i = 0; i < r.x.size(); ++i) shape.push_back({{"x", r.x[i]}, {"v", r.v[i]}, {"phi", r.phi[i]}});
-        const nlohmann::json out = {{"section", section->getName()},
-                                    {"length", o.length},
-                                    {"ok", r.ok},
-                                    {"reason", r.ok ? nlohmann::json(nullptr) : nlohmann::json(r.reason)},
-                                    {"Mcr", r.ok ? nlohmann::json(r.mcr) : nlohmann::json(nullptr)},
-                                    {"lambda", r.ok ? nlohmann::json(r.lambda) : nlohmann::json(nullptr)},
-                                    {"Mmax", r.mMax},
-                                    {"C1", r.ok && r.c1 > 0.0 ? nlohmann::json(r.c1) : nlohmann::json(nullptr)},
-                                    {"McrUniform", r.mcrUniform > 0.0 ? nlohmann::json(r.mcrUniform) : nlohmann::json(nullptr)},
-                                    {"elements", r.elements},
-                                    {"shape", shape}};
-        std::cout << out.dump(2) << '\n';
+        std::cout << mcrJson(*section, o.length, r).dump(2) << '\n';
     } else {
         std::cout << "Elastic critical moment by finite elements (thin-walled beam, v, v', phi, phi')\n"
                   << "section " << section->getName() << ", length L = " << number(o.length, 3) << " m, "
@@ -226,7 +233,7 @@ void run(const McrOptions& o, CommandResult& result)
 
 void registerMcrCommand(CLI::App& app, CommandResult& result)
 {
-    auto o = std::make_shared<McrOptions>();
+    auto o = std::make_shared<McrCommandOptions>();
     CLI::App* sub = app.add_subcommand(
         "mcr", "elastic critical moment by a finite-element eigenvalue analysis (exit 0 found, 2 bad input, 3 none)");
     sub->add_option("NAME", o->name, "catalogue designation or dimensions, e.g. \"IPE 300\"")->required();

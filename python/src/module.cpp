@@ -154,6 +154,39 @@ py::object member(const std::string& name, const std::string& steelGrade, double
     return toPython(cli::memberJson(*section, steel, request, outcome, design::findDepartures(request, outcome)));
 }
 
+// Pairs (x, value) as "x:value,x:value" (or one pair per item of the list).
+std::string pairsText(const char* name, const std::vector<std::pair<double, double>>& pairs)
+{
+    std::string text;
+    for (const auto& [x, v] : pairs) text += (text.empty() ? "" : ",") + exact(finite(name, x)) + ":" + exact(finite(name, v));
+    return text;
+}
+
+py::object mcr(const std::string& name, double length, const std::optional<std::vector<double>>& momentsY,
+               const std::string& diagramY, const std::vector<std::pair<double, double>>& stations, double uniformLoad,
+               const std::vector<std::pair<double, double>>& pointLoads, const std::vector<std::string>& lateralRestraints,
+               const std::vector<double>& torsionalRestraints, const py::object& loadHeight, const std::string& start,
+               const std::string& end, double cTheta, int elements)
+{
+    cli::McrOptions o;
+    o.name = name;
+    o.length = finite("length", length);
+    o.momentsY = momentsText("moments_y", momentsY);
+    o.diagramY = diagramY;
+    o.stations = pairsText("stations", stations);
+    o.q = finite("uniform_load", uniformLoad);
+    for (const auto& load : pointLoads) o.pointLoads.push_back(pairsText("point_loads", {load}));
+    o.lateralRestraints = lateralRestraints;
+    for (double x : torsionalRestraints) o.torsionalRestraints.push_back(finite("torsional_restraints", x));
+    o.loadHeight = py::isinstance<py::str>(loadHeight) ? loadHeight.cast<std::string>()
+                                                       : exact(finite("load_height", loadHeight.cast<double>()));
+    o.start = start;
+    o.end = end;
+    o.cTheta = finite("c_theta", cTheta);
+    o.elements = elements;
+    return toPython(cli::mcrJson(o));
+}
+
 // A text cell of the CSV the batch reads, quoted where needed; a line break cannot be carried.
 void appendCell(std::string& out, const std::string& text, const std::string& column, std::size_t row)
 {
@@ -284,6 +317,13 @@ PYBIND11_MODULE(_core, m)
           py::arg("mcr_method") = "tables", py::arg("torsionally_deformable") = false, py::arg("cm_floor") = false,
           py::arg("mode") = "EN", py::arg("situation") = "persistent",
           "The member checks, as `steeldesign member --json`.");
+    m.def("mcr", &mcr, py::arg("section"), py::kw_only(), py::arg("length"), py::arg("moments_y") = py::none(),
+          py::arg("diagram_y") = "polygonal", py::arg("stations") = std::vector<std::pair<double, double>>{},
+          py::arg("uniform_load") = 0.0, py::arg("point_loads") = std::vector<std::pair<double, double>>{},
+          py::arg("lateral_restraints") = std::vector<std::string>{},
+          py::arg("torsional_restraints") = std::vector<double>{}, py::arg("load_height") = "center",
+          py::arg("start") = "fork", py::arg("end") = "fork", py::arg("c_theta") = 0.0, py::arg("elements") = 30,
+          "The elastic critical moment by finite elements, as `steeldesign mcr --json`.");
     m.def("evaluate_columns", &evaluateColumns, py::arg("columns"), py::arg("rows"), py::arg("jobs") = 0,
           "The batch's CSV output for a dict of columns (numpy arrays) of batch rows.");
 }

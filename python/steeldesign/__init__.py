@@ -19,7 +19,7 @@ import pandas as pd
 from . import _core
 from ._core import InputError
 
-__all__ = ["section", "check", "member", "check_frame", "member_frame", "Result", "InputError",
+__all__ = ["section", "check", "member", "mcr", "check_frame", "member_frame", "Result", "InputError",
            "RESULT_COLUMNS"]
 
 
@@ -47,6 +47,11 @@ class Result:
 
     def __repr__(self):
         v = self._values
+        if self._kind == "mcr":
+            if v.get("Mcr") is None:
+                return f"<mcr {v.get('section')} L={v.get('length')} m: none found ({v.get('reason')})>"
+            c1 = f", C1 = {v['C1']:.3f}" if v.get("C1") is not None else ""
+            return f"<mcr {v.get('section')} L={v.get('length')} m: Mcr = {v['Mcr']:.2f} kNm{c1}>"
         governing = None
         utilizations = {k: u for k, u in (v.get("utilizations") or {}).items() if isinstance(u, (int, float))}
         if utilizations:
@@ -74,6 +79,15 @@ def member(section, steel="S355", **kwargs):
     gamma_m1, moments_y / moments_z (start, middle, end), diagram_y / diagram_z, max_moment, load_point,
     mcr, c_theta, shear_panel, rolled_method, mcr_method, torsionally_deformable, cm_floor, mode, situation."""
     return Result("member", _core.member(section, steel, **kwargs))
+
+
+def mcr(section, **kwargs):
+    """The elastic critical moment of lateral-torsional buckling by finite elements: length, moments_y
+    (start, middle, end) and diagram_y, or stations [(x, M), ...], uniform_load, point_loads [(x, P), ...],
+    load_height (center, top, bottom or mm from the shear centre), start / end supports (fork,
+    warping-fixed, lateral-fixed, fixed, free), lateral_restraints ["x" or "x@top"], torsional_restraints,
+    c_theta, elements. The result has Mcr (kNm, None when none was found), C1 and the buckled shape."""
+    return Result("mcr", _core.mcr(section, **kwargs))
 
 
 # The columns of the batch's output, with the dtype each has in a result frame. `line` (the input line)

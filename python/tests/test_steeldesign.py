@@ -71,6 +71,20 @@ def test_check_and_member_equal_the_command_on_the_example(index):
     assert result.to_dict() == command_json("member", *member_args)
 
 
+@pytest.mark.parametrize("kwargs, args", [
+    (dict(length=6.0, moments_y=[60, 30, 0]), ["--length", "6", "--moments-y", "60,30,0"]),
+    (dict(length=5.0, uniform_load=20.0, load_height="top"), ["--length", "5", "--uniform-load", "20", "--load-height", "top"]),
+    (dict(length=8.0, point_loads=[(4.0, 50.0)], lateral_restraints=["4@top"], start="fork", end="warping-fixed"),
+     ["--length", "8", "--point-load", "4:50", "--lateral-restraint", "4@top", "--end", "warping-fixed"]),
+])
+def test_mcr_equals_the_command(kwargs, args):
+    assert sd.mcr("IPE 300", **kwargs).to_dict() == command_json("mcr", "IPE 300", *args)
+
+
+def test_mcr_reads_at_a_glance():
+    assert repr(sd.mcr("IPE 300", length=6.0, moments_y=[60, 60, 60])).startswith("<mcr IPE 300 L=6.0 m: Mcr = ")
+
+
 def repeated_example(rows):
     frame = example()
     return pd.concat([frame] * (rows // len(frame) + 1), ignore_index=True).iloc[:rows]
@@ -129,6 +143,9 @@ def test_the_index_of_the_input_is_kept():
     (lambda: sd.member_frame(example().drop(columns=["Vz"])), "Vz"),
     (lambda: sd.member_frame(example().assign(colour="red")), "colour"),
     (lambda: sd.member_frame("model.csv"), "df"),
+    (lambda: sd.mcr("IPE 300", length=-6, moments_y=[1, 1, 1]), "length"),
+    (lambda: sd.mcr("IPE 300", length=6), "moments_y"),
+    (lambda: sd.mcr("IPE 300", length=6, point_loads=[(7.0, 10.0)]), "point_load"),
 ])
 def test_bad_arguments_raise_value_error_naming_the_field(call, field):
     with pytest.raises(ValueError, match=field):
