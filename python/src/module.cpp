@@ -5,6 +5,7 @@
 #include <cli/BatchInput.h>
 #include <cli/BatchRun.h>
 #include <cli/MemberOptions.h>
+#include <cli/NumberText.h>
 #include <cli/Options.h>
 #include <cli/ResultJson.h>
 
@@ -24,6 +25,7 @@
 #include <optional>
 #include <sstream>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace py = pybind11;
@@ -238,11 +240,8 @@ std::vector<std::string> columnCells(const std::string& column, const py::handle
     return cells;
 }
 
-// The batch's CSV output for the rows of the columns (a dict of column name to array, every array of
-// `rows` values), evaluated by the batch's reader, evaluator and writer on `jobs` threads (0: every
-// core) with the GIL released. A bad header (a required column missing, an unknown one) raises
-// ValueError; a bad row is a rejected row.
-std::string evaluateColumns(const py::dict& columns, std::size_t rows, unsigned jobs)
+// The columns as the CSV text the batch reads: a header of the column names, then a line per row.
+std::string batchText(const py::dict& columns, std::size_t rows)
 {
     std::vector<std::string> names;
     std::vector<std::vector<std::string>> cells;
@@ -263,22 +262,117 @@ std::string evaluateColumns(const py::dict& columns, std::size_t rows, unsigned 
         }
         text += '\n';
     }
-    cells.clear();
+    return text;
+}
 
-    py::gil_scoped_release release;
+// Runs the rows of a batch text through the batch's reader and evaluator, chunk by chunk, handing each
+// chunk's results (and the index of its first row) to `take`.
+template <typename Take>
+void runBatchText(std::string text, unsigned jobs, Take take)
+{
     cli::StandardOptions{}.apply();  // the batch's standard: EN, persistent situation
     std::istringstream in(std::move(text));
-    std::ostringstream out;
     cli::BatchReader reader(in, cli::BatchFormat::Csv, jobs);
     cli::BatchEvaluator evaluator(jobs);
     std::vector<cli::BatchRow> chunk;
     std::vector<cli::RowResult> results;
-    cli::writeHeader(out, cli::OutputFormat::Csv);
+    std::size_t first = 0;
     while (reader.next(chunk, 8192)) {
         evaluator.run(chunk, results);
-        cli::writeRows(out, results, cli::OutputFormat::Csv, jobs);
+        take(results, first);
+        first += results.size();
     }
-    return std::move(out).str();
+}
+
+// A number as the batch's CSV holds it (six significant digits, printf's %g) and read back.
+double asWritten(double value)
+{
+    if (!std::isfinite(value)) return value;
+    std::string text;
+    cli::appendGeneral6(text, value);
+    double back = 0.0;
+    std::from_chars(text.data(), text.data() + text.size(), back);
+    return back;
+}
+
+// The result columns of the batch's CSV output (without `line`) as NumPy arrays, the same values that the
+// CSV read back gives: numbers as float64 (NaN for an empty cell), texts as objects (NaN for an empty
+// cell), `fulfilled` as two bool arrays (values and missing).
+py::dict evaluateColumnsToArrays(const py::dict& columns, std::size_t rows, unsigned jobs)
+{
+    static const char* const numberNames[] = {
+        "class", "errorCode", "memberErrorCode", "shearBucklingErrorCode", "Axial", "Torsion", "Bending", "Shear",
+        "AxialBending", "ShearBending", "AxialShearBending", "memberCompression", "memberBending",
+        "memberCompressionBending", "memberShearBuckling", "governingUtilization", "enUtilization"};
+    static const char* const textNames[] = {"id", "status", "section", "steel", "governing", "verdict", "reason",
+                                            "departures", "field", "message"};
+    constexpr std::size_t numberCount = std::size(numberNames), textCount = std::size(textNames);
+    std::string text = batchText(columns, rows);
+
+    std::vector<std::vector<double>> numbers(numberCount, std::vector<double>(rows, std::nan("")));
+    // Texts as indices into a table of distinct strings (0: empty), made into Python strings once.
+    std::vector<std::vector<std::uint32_t>> texts(textCount, std::vector<std::uint32_t>(rows, 0));
+    std::vector<std::string> table{""};
+    std::unordered_map<std::string, std::uint32_t> indexOf{{"", 0}};
+    std::vector<std::uint8_t> fulfilled(rows, 0), missing(rows, 1);
+    {
+        py::gil_scoped_release release;
+        auto intern = [&](const std::string& s) {
+            auto [it, added] = indexOf.try_emplace(s, static_cast<std::uint32_t>(table.size()));
+            if (added) table.push_back(s);
+            return it->second;
+        };
+        runBatchText(std::move(text), jobs, [&](const std::vector<cli::RowResult>& results, std::size_t first) {
+            for (std::size_t k = 0; k < results.size(); ++k) {
+                const cli::RowResult& r = results[k];
+                const std::size_t i = first + k;
+                texts[0][i] = intern(r.id);
+                texts[1][i] = intern(r.rejected ? "rejected" : "checked");
+                if (r.rejected) {
+                    texts[8][i] = intern(r.errorField);
+                    texts[9][i] = intern(r.errorMessage);
+                    continue;
+                }
+                texts[2][i] = intern(r.section);
+                texts[3][i] = intern(r.steel);
+                texts[4][i] = intern(r.governing);
+                texts[5][i] = intern(design::toString(r.verdict));
+                if (r.limitations != 0) texts[6][i] = intern(design::describeAll(r.limitations));
+                if (r.departures != 0) texts[7][i] = intern(design::departureNames(r.departures));
+                const int codes[] = {r.sectionClass, r.errorCode, r.memberErrorCode, r.shearBucklingErrorCode};
+                for (std::size_t c = 0; c < 4; ++c) numbers[c][i] = codes[c];
+                for (std::size_t c = 0; c < 7; ++c)
+                    if (r.crossSection[c]) numbers[4 + c][i] = asWritten(r.crossSection[c].value());
+                for (std::size_t c = 0; c < 4; ++c)
+                    if (r.member[c]) numbers[11 + c][i] = asWritten(r.member[c].value());
+                if (!r.governing.empty()) numbers[15][i] = asWritten(r.governingUtilization);
+                if (r.enGoverning) numbers[16][i] = asWritten(r.enGoverning.value());
+                fulfilled[i] = r.fulfilled;
+                missing[i] = 0;
+            }
+        });
+    }
+    py::dict out;
+    for (std::size_t c = 0; c < numberCount; ++c)
+        out[numberNames[c]] = py::array_t<double>(static_cast<py::ssize_t>(rows), numbers[c].data());
+    std::vector<py::object> strings;
+    strings.reserve(table.size());
+    const py::object nan = py::float_(std::nan(""));
+    for (const std::string& s : table) strings.push_back(s.empty() ? nan : py::str(s));
+    for (std::size_t c = 0; c < textCount; ++c) {
+        py::array column(py::dtype("O"), std::vector<py::ssize_t>{static_cast<py::ssize_t>(rows)});
+        auto* cells = static_cast<PyObject**>(column.mutable_data());
+        for (std::size_t i = 0; i < rows; ++i) {
+            PyObject* item = strings[texts[c][i]].ptr();
+            Py_INCREF(item);
+            Py_XDECREF(cells[i]);
+            cells[i] = item;
+        }
+        out[textNames[c]] = column;
+    }
+    out["fulfilled"] = py::array_t<bool>(static_cast<py::ssize_t>(rows), reinterpret_cast<const bool*>(fulfilled.data()));
+    out["fulfilledMissing"] = py::array_t<bool>(static_cast<py::ssize_t>(rows), reinterpret_cast<const bool*>(missing.data()));
+    return out;
 }
 
 } // namespace
@@ -324,6 +418,6 @@ PYBIND11_MODULE(_core, m)
           py::arg("torsional_restraints") = std::vector<double>{}, py::arg("load_height") = "center",
           py::arg("start") = "fork", py::arg("end") = "fork", py::arg("c_theta") = 0.0, py::arg("elements") = 30,
           "The elastic critical moment by finite elements, as `steeldesign mcr --json`.");
-    m.def("evaluate_columns", &evaluateColumns, py::arg("columns"), py::arg("rows"), py::arg("jobs") = 0,
-          "The batch's CSV output for a dict of columns (numpy arrays) of batch rows.");
+    m.def("evaluate_columns_to_arrays", &evaluateColumnsToArrays, py::arg("columns"), py::arg("rows"),
+          py::arg("jobs") = 0, "The batch's result columns for a dict of columns of batch rows, as NumPy arrays.");
 }

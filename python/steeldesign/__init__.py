@@ -110,7 +110,7 @@ def read_results(text):
     source = io.StringIO(text) if isinstance(text, str) else text
     dtypes = {name: (str if kind is _TEXT else kind) for name, kind in RESULT_COLUMNS.items()}
     dtypes["line"] = "int64"
-    frame = pd.read_csv(source, dtype=dtypes, keep_default_na=False, na_values=[""])
+    frame = pd.read_csv(source, dtype=dtypes, keep_default_na=False, na_values=[""], float_precision="round_trip")
     return frame
 
 
@@ -126,10 +126,14 @@ def _frame(df, jobs, member_checks):
         for name in ("lengthY", "lengthZ", "lengthLT"):
             columns.pop(name, None)
         columns["length"] = np.zeros(len(df))
-    text = _core.evaluate_columns(columns, len(df), jobs)
-    results = read_results(text).drop(columns=["line"])
-    results.index = df.index
-    return results
+    arrays = _core.evaluate_columns_to_arrays(columns, len(df), jobs)
+    data = {}
+    for name, kind in RESULT_COLUMNS.items():
+        if name == "fulfilled":
+            data[name] = pd.arrays.BooleanArray(arrays["fulfilled"], arrays["fulfilledMissing"])
+        else:
+            data[name] = arrays[name]
+    return pd.DataFrame(data, index=df.index)
 
 
 def member_frame(df, jobs=0):
