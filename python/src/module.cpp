@@ -21,10 +21,12 @@
 #include <pybind11/stl.h>
 
 #include <charconv>
+#include <deque>
 #include <cmath>
 #include <optional>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -190,11 +192,11 @@ py::object mcr(const std::string& name, double length, const std::optional<std::
 }
 
 // A text cell of the CSV the batch reads, quoted where needed; a line break cannot be carried.
-void appendCell(std::string& out, const std::string& text, const std::string& column, std::size_t row)
+void appendCell(std::string& out, std::string_view text, const std::string& column, std::size_t row)
 {
-    if (text.find_first_of("\r\n") != std::string::npos)
+    if (text.find_first_of("\r\n") != std::string_view::npos)
         throw py::value_error(column + ": row " + std::to_string(row) + " holds a line break");
-    if (text.find_first_of(",\"") == std::string::npos) {
+    if (text.find_first_of(",\"") == std::string_view::npos) {
         out += text;
         return;
     }
@@ -203,62 +205,92 @@ void appendCell(std::string& out, const std::string& text, const std::string& co
     out += '"';
 }
 
-// The cells of one column as text, read in C++ from its numpy array: numbers exactly (NaN: empty),
-// booleans as true/false, objects by their kind (None and NaN: empty).
-std::vector<std::string> columnCells(const std::string& column, const py::handle& values, std::size_t rows)
-{
-    std::vector<std::string> cells(rows);
-    const py::array array = py::array::ensure(values);
-    if (!array) throw py::value_error(column + ": not a column of values");
-    if (static_cast<std::size_t>(array.size()) != rows || array.ndim() != 1)
-        throw py::value_error(column + ": expected " + std::to_string(rows) + " values");
-    const char kind = array.dtype().kind();
-    if (kind == 'f' || kind == 'i' || kind == 'u') {
-        const auto numbers = py::array_t<double, py::array::forcecast>::ensure(array);
-        const auto view = numbers.unchecked<1>();
-        for (std::size_t i = 0; i < rows; ++i)
-            if (!std::isnan(view(static_cast<py::ssize_t>(i)))) cells[i] = exact(view(static_cast<py::ssize_t>(i)));
-        return cells;
+// One column read in C++ from its NumPy array, each cell appended as the batch's text: numbers exactly
+// (NaN: empty), booleans as true/false, objects by their kind (None and NaN: empty).
+class Column {
+public:
+    Column(std::string name, const py::handle& values, std::size_t rows) : name_(std::move(name))
+    {
+        const py::array array = py::array::ensure(values);
+        if (!array) throw py::value_error(name_ + ": not a column of values");
+        if (static_cast<std::size_t>(array.size()) != rows || array.ndim() != 1)
+            throw py::value_error(name_ + ": expected " + std::to_string(rows) + " values");
+        const char kind = array.dtype().kind();
+        if (kind == 'f' || kind == 'i' || kind == 'u') {
+            kind_ = Kind::Numbers;
+            numbers_ = py::array_t<double, py::array::c_style | py::array::forcecast>::ensure(array);
+        } else if (kind == 'b') {
+            kind_ = Kind::Flags;
+            flags_ = py::array_t<bool, py::array::c_style | py::array::forcecast>::ensure(array);
+        } else {
+            objects_ = py::array::ensure(array.attr("astype")("O"), py::array::c_style);
+            // Python objects are read with the GIL: their text is taken here, once.
+            texts_.resize(rows);
+            present_.assign(rows, 0);
+            auto* const* items = static_cast<PyObject* const*>(objects_.data());
+            for (std::size_t i = 0; i < rows; ++i) {
+                py::handle item(items[i]);
+                if (item.is_none()) continue;
+                if (py::isinstance<py::bool_>(item)) {
+                    texts_[i] = item.cast<bool>() ? "true" : "false";
+                } else if (py::isinstance<py::float_>(item) || py::isinstance<py::int_>(item)) {
+                    const double v = item.cast<double>();
+                    if (std::isnan(v)) continue;
+                    texts_[i] = exact(v);
+                } else if (py::isinstance<py::str>(item)) {
+                    Py_ssize_t length = 0;
+                    const char* utf8 = PyUnicode_AsUTF8AndSize(item.ptr(), &length);
+                    if (!utf8) throw py::error_already_set();
+                    texts_[i] = std::string_view(utf8, static_cast<std::size_t>(length));
+                } else {
+                    owned_.push_back(py::str(item).cast<std::string>());
+                    texts_[i] = owned_.back();
+                }
+                present_[i] = 1;
+            }
+        }
     }
-    if (kind == 'b') {
-        const auto flags = py::array_t<bool, py::array::forcecast>::ensure(array);
-        const auto view = flags.unchecked<1>();
-        for (std::size_t i = 0; i < rows; ++i) cells[i] = view(static_cast<py::ssize_t>(i)) ? "true" : "false";
-        return cells;
+    const std::string& name() const { return name_; }
+    void append(std::string& out, std::size_t row) const
+    {
+        if (kind_ == Kind::Numbers) {
+            const double v = numbers_.data()[row];
+            if (!std::isnan(v)) out += exact(v);
+        } else if (kind_ == Kind::Flags) {
+            out += flags_.data()[row] ? "true" : "false";
+        } else if (present_[row]) {
+            appendCell(out, texts_[row], name_, row);
+        }
     }
-    const py::array objects = array.attr("astype")("O");
-    for (std::size_t i = 0; i < rows; ++i) {
-        py::handle item(*static_cast<PyObject* const*>(objects.data(static_cast<py::ssize_t>(i))));
-        if (item.is_none()) continue;
-        if (py::isinstance<py::bool_>(item)) cells[i] = item.cast<bool>() ? "true" : "false";
-        else if (py::isinstance<py::float_>(item) || py::isinstance<py::int_>(item)) {
-            const double v = item.cast<double>();
-            if (!std::isnan(v)) cells[i] = exact(v);
-        } else if (py::isinstance<py::str>(item)) cells[i] = item.cast<std::string>();
-        else cells[i] = py::str(item).cast<std::string>();
-    }
-    return cells;
-}
+
+private:
+    enum class Kind { Numbers, Flags, Objects };
+    std::string name_;
+    Kind kind_ = Kind::Objects;
+    py::array_t<double, py::array::c_style | py::array::forcecast> numbers_;
+    py::array_t<bool, py::array::c_style | py::array::forcecast> flags_;
+    py::array objects_;                 // keeps the strings whose UTF-8 texts_ views
+    std::vector<std::string_view> texts_;
+    std::vector<std::uint8_t> present_;
+    std::deque<std::string> owned_;     // texts of other objects
+};
 
 // The columns as the CSV text the batch reads: a header of the column names, then a line per row.
 std::string batchText(const py::dict& columns, std::size_t rows)
 {
-    std::vector<std::string> names;
-    std::vector<std::vector<std::string>> cells;
-    for (const auto& [key, values] : columns) {
-        names.push_back(py::str(key).cast<std::string>());
-        cells.push_back(columnCells(names.back(), values, rows));
-    }
+    std::vector<Column> read;
+    for (const auto& [key, values] : columns) read.emplace_back(py::str(key).cast<std::string>(), values, rows);
     std::string text;
-    for (std::size_t c = 0; c < names.size(); ++c) {
+    for (std::size_t c = 0; c < read.size(); ++c) {
         if (c) text += ',';
-        appendCell(text, names[c], "header", 0);
+        appendCell(text, read[c].name(), "header", 0);
     }
     text += '\n';
+    text.reserve(text.size() + rows * 16 * (read.size() + 1));
     for (std::size_t r = 0; r < rows; ++r) {
-        for (std::size_t c = 0; c < names.size(); ++c) {
+        for (std::size_t c = 0; c < read.size(); ++c) {
             if (c) text += ',';
-            appendCell(text, cells[c][r], names[c], r);
+            read[c].append(text, r);
         }
         text += '\n';
     }
