@@ -347,6 +347,7 @@ py::dict evaluateColumnsToArrays(const py::dict& columns, std::size_t rows, unsi
     std::vector<std::string> table{""};
     std::unordered_map<std::string, std::uint32_t> indexOf{{"", 0}};
     std::vector<std::uint8_t> fulfilled(rows, 0), missing(rows, 1);
+    std::vector<std::string> ids(rows);
     {
         py::gil_scoped_release release;
         auto intern = [&](const std::string& s) {
@@ -358,7 +359,7 @@ py::dict evaluateColumnsToArrays(const py::dict& columns, std::size_t rows, unsi
             for (std::size_t k = 0; k < results.size(); ++k) {
                 const cli::RowResult& r = results[k];
                 const std::size_t i = first + k;
-                texts[0][i] = intern(r.id);
+                ids[i] = r.id;  // mostly distinct: kept apart from the table of repeated texts
                 texts[1][i] = intern(r.rejected ? "rejected" : "checked");
                 if (r.rejected) {
                     texts[8][i] = intern(r.errorField);
@@ -395,8 +396,14 @@ py::dict evaluateColumnsToArrays(const py::dict& columns, std::size_t rows, unsi
         py::array column(py::dtype("O"), std::vector<py::ssize_t>{static_cast<py::ssize_t>(rows)});
         auto* cells = static_cast<PyObject**>(column.mutable_data());
         for (std::size_t i = 0; i < rows; ++i) {
-            PyObject* item = strings[texts[c][i]].ptr();
-            Py_INCREF(item);
+            PyObject* item = nullptr;
+            if (c == 0 && !ids[i].empty()) {
+                item = PyUnicode_DecodeUTF8(ids[i].data(), static_cast<Py_ssize_t>(ids[i].size()), "replace");
+                if (!item) throw py::error_already_set();
+            } else {
+                item = strings[c == 0 ? 0 : texts[c][i]].ptr();
+                Py_INCREF(item);
+            }
             Py_XDECREF(cells[i]);
             cells[i] = item;
         }
