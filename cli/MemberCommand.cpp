@@ -82,30 +82,46 @@ const char* describe(U type)
     return "";
 }
 
+// What the member checks ran and what they show, for the JSON and the text alike.
+struct Shown {
+    const BucklingResults& r;
+    bool notApplicable, unverified61, flexural, lateralTorsional, interaction;
+    explicit Shown(const design::MemberOutcome& outcome)
+        : r(outcome.results),
+          // Nothing to verify: no utilization and nothing left out.
+          notApplicable(!outcome.anyComputed && outcome.limitations == 0),
+          unverified61((outcome.limitations & design::InteractionNeedsRolledMethod) != 0),
+          flexural(r.getChi(Axis::y).hasValue()),
+          lateralTorsional(r.getBucklingCurveBending().hasValue()),
+          interaction(r.getUtilization(U::CompressionBendingAxisY).hasValue())
+    {
+    }
+    // A utilization as shown: (6.61) is left out when it could not be verified.
+    kat::Nullable<double> utilization(U type) const
+    {
+        if (unverified61 && (type == U::CompressionBendingAxisY || type == U::CompressionBending)) return {};
+        return r.getUtilization(type);
+    }
+};
+
 } // namespace
 
 nlohmann::json memberJson(const SDBSection& section, const KaConstrSteel& steel, const design::MemberRequest& request,
                           const design::MemberOutcome& outcome, const design::Departures& departures)
 {
+    const Shown shown(outcome);
     const BucklingResults& r = outcome.results;
     const design::BucklingLengths& lengths = request.lengths;
     const double fy = outcome.initializer.getFy();
-    const bool notApplicable = !outcome.anyComputed && outcome.limitations == 0;
-    const bool unverified61 = (outcome.limitations & design::InteractionNeedsRolledMethod) != 0;
-    auto shownUtilization = [&](U type) -> kat::Nullable<double> {
-        if (unverified61 && (type == U::CompressionBendingAxisY || type == U::CompressionBending)) return {};
-        return r.getUtilization(type);
-    };
-    const bool flexural = r.getChi(Axis::y).hasValue();
-    const bool lateralTorsional = r.getBucklingCurveBending().hasValue();
-    const bool interaction = r.getUtilization(U::CompressionBendingAxisY).hasValue();
+    const bool notApplicable = shown.notApplicable, flexural = shown.flexural;
+    const bool lateralTorsional = shown.lateralTorsional, interaction = shown.interaction;
     auto axes = [](double y, double z) { return nlohmann::json{{"y", finiteOrNull(y)}, {"z", finiteOrNull(z)}}; };
     auto nullAxes = nlohmann::json{{"y", nullptr}, {"z", nullptr}};
     auto opt = [](const kat::Nullable<double>& v) {
         return v.hasValue() ? finiteOrNull(v.value()) : nlohmann::json(nullptr);
     };
     nlohmann::json utilizations = nlohmann::json::object();
-    for (U type : allTypes) utilizations[toString(type)] = opt(shownUtilization(type));
+    for (U type : allTypes) utilizations[toString(type)] = opt(shown.utilization(type));
     nlohmann::json out = {
         {"section", section.getName()},
         {"steel", steel.getName()},
@@ -178,16 +194,10 @@ void run(const MemberCommandOptions& options, CommandResult& result)
     const BucklingResults& r = outcome.results;
     const design::BucklingLengths& lengths = request.lengths;
     const design::Departures departures = design::findDepartures(request, outcome);
-    // Nothing to verify: no utilization and nothing left out.
-    const bool notApplicable = !outcome.anyComputed && outcome.limitations == 0;
-    const bool unverified61 = (outcome.limitations & design::InteractionNeedsRolledMethod) != 0;
-    auto shownUtilization = [&](U type) -> kat::Nullable<double> {
-        if (unverified61 && (type == U::CompressionBendingAxisY || type == U::CompressionBending)) return {};
-        return r.getUtilization(type);
-    };
-    const bool flexural = r.getChi(Axis::y).hasValue();
-    const bool lateralTorsional = r.getBucklingCurveBending().hasValue();
-    const bool interaction = r.getUtilization(U::CompressionBendingAxisY).hasValue();
+    const Shown shown(outcome);
+    const bool notApplicable = shown.notApplicable, unverified61 = shown.unverified61, flexural = shown.flexural;
+    const bool lateralTorsional = shown.lateralTorsional, interaction = shown.interaction;
+    auto shownUtilization = [&](U type) { return shown.utilization(type); };
     const bool shearChecked = r.getShearBucklingErrorCode() == ErrorCode::NoError;
     const double fy = init.getFy();
     const double tw = init.getThicknessVector().empty() ? 0.0 : init.getThicknessVector()[0];
