@@ -6,9 +6,9 @@ namespace cli {
 
 std::span<const Registrar> registrars()
 {
-    static const std::array<Registrar, 8> all{registerSectionCommand, registerSectionsCommand, registerClassifyCommand,
+    static const std::array<Registrar, 9> all{registerSectionCommand, registerSectionsCommand, registerClassifyCommand,
                                               registerCheckCommand,   registerMemberCommand,   registerMcrCommand,
-                                              registerBatchCommand,   registerSelectCommand};
+                                              registerBatchCommand,   registerReportCommand,   registerSelectCommand};
     return all;
 }
 

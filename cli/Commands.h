@@ -29,6 +29,8 @@ void registerMemberCommand(CLI::App& app, CommandResult& result);
 // `batch FILE ...` (BatchCommand.cpp).
 void registerBatchCommand(CLI::App& app, CommandResult& result);
 
+// `report FILE --out report.html`: the HTML design report of a batch file (ReportCommand.cpp).
+void registerReportCommand(CLI::App& app, CommandResult& result);
 // `mcr NAME --length L ...`: the critical moment by finite elements (McrCommand.cpp).
 void registerMcrCommand(CLI::App& app, CommandResult& result);
 

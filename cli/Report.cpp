@@ -63,16 +63,12 @@ std::string verdictLine(design::Verdict verdict, std::uint32_t limitations)
     return out;
 }
 
-namespace {
-
 std::string departureValue(const design::Departure& d, double value)
 {
     if (std::string(d.check) == "class") return number(value, 0);
     if (!std::isfinite(value)) return "not computed";  // (6.61) without chiLT,mod
     return number(value, 3);
 }
-
-} // namespace
 
 std::string departuresBlock(const design::Departures& departures)
 {

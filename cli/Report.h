@@ -32,6 +32,9 @@ std::string verdictLine(design::Verdict verdict, std::uint32_t limitations);
 // The block "Departures from EN 1993-1-1" (a line per departure: rule, clause, check, the library's
 // value and the EN value), or "" when there is none.
 std::string departuresBlock(const design::Departures& departures);
+// A value of a departure as the reports show it: a class as an integer, a utilization with three
+// decimals, "not computed" when it is not finite.
+std::string departureValue(const design::Departure& departure, double value);
 // The JSON list of departures: {rule, clause, check, library, en}.
 nlohmann::json departuresJson(const design::Departures& departures);
 

@@ -1,0 +1,650 @@
+#include "HtmlReport.h"
+
+#include "Options.h"
+#include "Parallel.h"
+#include "Report.h"
+#include "RowRequests.h"
+#include "Svg.h"
+
+#include <design/BucklingCurves.h>
+#include <design/Departures.h>
+#include <design/InteractionCurve.h>
+#include <design/MemberDesign.h>
+#include <design/MomentDiagram.h>
+#include <design/SectionNotation.h>
+#include <design/Trace.h>
+
+#include <algorithm>
+#include <cmath>
+#include <ctime>
+#include <sstream>
+
+namespace cli {
+
+namespace {
+
+using SteelDesign::Axis;
+using SteelDesign::BucklingResults;
+
+// The columns of the batch's CSV and one row's cells, as the batch writes them.
+const std::vector<std::string>& csvColumns()
+{
+    static const std::vector<std::string> columns = [] {
+        std::ostringstream header;
+        writeHeader(header, OutputFormat::Csv);
+        std::vector<std::string> names;
+        std::string name;
+        std::istringstream in(header.str());
+        while (std::getline(in, name, ',')) {
+            if (!name.empty() && name.back() == '\n') name.pop_back();
+            names.push_back(name);
+        }
+        return names;
+    }();
+    return columns;
+}
+
+std::vector<std::string> splitCsvLine(const std::string& line)
+{
+    std::vector<std::string> cells(1);
+    bool quoted = false;
+    for (std::size_t i = 0; i < line.size(); ++i) {
+        const char c = line[i];
+        if (quoted) {
+            if (c == '"' && i + 1 < line.size() && line[i + 1] == '"') {
+                cells.back() += '"';
+                ++i;
+            } else if (c == '"') {
+                quoted = false;
+            } else {
+                cells.back() += c;
+            }
+        } else if (c == '"') {
+            quoted = true;
+        } else if (c == ',') {
+            cells.emplace_back();
+        } else if (c != '\n') {
+            cells.back() += c;
+        }
+    }
+    return cells;
+}
+
+std::vector<std::string> csvCells(const RowResult& result)
+{
+    std::ostringstream row;
+    writeRows(row, std::vector<RowResult>{result}, OutputFormat::Csv, 1);
+    return splitCsvLine(row.str());
+}
+
+std::string cell(const std::vector<std::string>& cells, std::string_view column)
+{
+    const auto& columns = csvColumns();
+    for (std::size_t i = 0; i < columns.size() && i < cells.size(); ++i)
+        if (columns[i] == column) return cells[i];
+    return "";
+}
+
+std::string verdictClass(const RowResult& r)
+{
+    if (r.rejected) return "rejected";
+    switch (r.verdict) {
+    case design::Verdict::Fulfilled: return "fulfilled";
+    case design::Verdict::NotFulfilled: return "not-fulfilled";
+    case design::Verdict::NotVerified: return "not-verified";
+    }
+    return "";
+}
+
+std::string verdictText(const RowResult& r) { return r.rejected ? "rejected" : design::toString(r.verdict); }
+
+// A utilization as ranked in the overview: a value that is not a number counts as the largest.
+double rankOf(const RowResult& r)
+{
+    if (r.rejected) return -1.0;
+    return std::isnan(r.governingUtilization) ? INFINITY : r.governingUtilization;
+}
+
+std::string anchorOf(std::size_t index) { return "m" + std::to_string(index + 1); }
+
+void element(std::string& out, std::string_view tag, std::string_view attributes, std::string_view text)
+{
+    out += '<';
+    out += tag;
+    if (!attributes.empty()) {
+        out += ' ';
+        out += attributes;
+    }
+    out += '>';
+    appendEscaped(out, text);
+    out += "</";
+    out += tag;
+    out += '>';
+}
+
+std::string attr(std::string_view name, std::string_view value)
+{
+    std::string out(name);
+    out += "=\"";
+    appendEscaped(out, value);
+    out += '"';
+    return out;
+}
+
+// --- charts ---------------------------------------------------------------------------------------------
+
+constexpr double chartWidth = 330.0, chartHeight = 250.0;
+
+std::string interactionChart(const ReportMember& m)
+{
+    const SteelDesign::Forces& f = m.cross.forces;
+    const std::vector<design::InteractionPoint> curve = design::interactionCurveNMy(m.cross, 36);
+    double nMin = std::min(f.getN(), 0.0), nMax = std::max(f.getN(), 0.0);
+    double mMin = std::min(f.getMy(), 0.0), mMax = std::max(f.getMy(), 0.0);
+    for (const auto& p : curve) {
+        nMin = std::min(nMin, p.N), nMax = std::max(nMax, p.N);
+        mMin = std::min(mMin, p.My), mMax = std::max(mMax, p.My);
+    }
+    const double nPad = 0.08 * std::max(nMax - nMin, 1.0), mPad = 0.08 * std::max(mMax - mMin, 1.0);
+    SvgPlot plot("chart chart-interaction", chartWidth, chartHeight, {mMin - mPad, mMax + mPad}, {nMin - nPad, nMax + nPad});
+    plot.axes("My [kNm]", "N [kN]");
+    if (curve.empty()) {
+        plot.message("no N-My curve: the check gives no utilization under N and My");
+    } else {
+        std::vector<std::pair<double, double>> points;
+        points.reserve(curve.size());
+        for (const auto& p : curve) points.emplace_back(p.My, p.N);
+        plot.polyline(points, "curve", true);
+    }
+    const std::string label = "N = " + number(f.getN(), 1) + " kN, My = " + number(f.getMy(), 1) + " kNm";
+    plot.point(f.getMy(), f.getN(), "design-point", "Ed", "design point: " + label);
+    return plot.finish();
+}
+
+std::string bucklingChart(const ReportMember& m, const design::MemberOutcome* outcome)
+{
+    struct Mark {
+        double lambda, chi;
+        const char* label;
+        const char* css;
+    };
+    std::vector<Mark> marks;
+    const BucklingResults* r = outcome ? &outcome->results : nullptr;
+    if (r && r->getChi(Axis::y).hasValue()) marks.push_back({r->getLambda(Axis::y), r->getChi(Axis::y).value(), "y", "point-y"});
+    if (r && r->getChi(Axis::z).hasValue()) marks.push_back({r->getLambda(Axis::z), r->getChi(Axis::z).value(), "z", "point-z"});
+    if (r && r->getChiLT().hasValue()) marks.push_back({r->getLambdaLT(), r->getChiLT().value(), "LT", "point-lt"});
+    double lambdaMax = 2.5;
+    for (const Mark& k : marks)
+        if (std::isfinite(k.lambda)) lambdaMax = std::max(lambdaMax, std::ceil(k.lambda * 2.0 + 0.2) / 2.0);
+    lambdaMax = std::min(lambdaMax, 6.0);
+    SvgPlot plot("chart chart-buckling", chartWidth, chartHeight, {0.0, lambdaMax}, {0.0, 1.1});
+    plot.axes("non-dimensional slenderness λ̄", "reduction factor χ");
+    using SteelDesign::BucklingCurve;
+    const BucklingCurve curves[] = {BucklingCurve::a0, BucklingCurve::a, BucklingCurve::b, BucklingCurve::c, BucklingCurve::d};
+    auto memberCurve = [&](Axis axis) {
+        return r && r->getChi(axis).hasValue() ? r->getBucklingCurveCompression(axis).valueOr(BucklingCurve::none)
+                                               : BucklingCurve::none;
+    };
+    constexpr int samples = 36;
+    for (const BucklingCurve c : curves) {
+        const double alpha = design::imperfectionFactor(c);
+        std::vector<std::pair<double, double>> points;
+        for (int i = 0; i <= samples; ++i) {
+            const double lambda = lambdaMax * i / samples;
+            points.emplace_back(lambda, design::reductionFactor(alpha, lambda));
+        }
+        const bool own = c == memberCurve(Axis::y) || c == memberCurve(Axis::z);
+        plot.polyline(points, own ? "curve own" : "curve");
+        const double atEnd = design::reductionFactor(alpha, lambdaMax * 0.92);
+        plot.text(lambdaMax * 0.92, atEnd, SteelDesign::toString(c), own ? "curve-label own" : "curve-label");
+    }
+    // The lateral-torsional curve the member used (6.57 for the method for rolled sections).
+    if (r && r->getChiLT().hasValue() && outcome->rolledMethod) {
+        std::vector<std::pair<double, double>> points;
+        for (int i = 0; i <= samples; ++i) {
+            const double lambda = lambdaMax * i / samples;
+            points.emplace_back(lambda, design::reductionFactorLT(r->getAlpha(), lambda, r->getLambdaLT0(), r->getBeta()));
+        }
+        plot.polyline(points, "curve lt");
+    }
+    for (const Mark& k : marks) {
+        if (!std::isfinite(k.lambda) || !std::isfinite(k.chi)) continue;
+        const std::string title = std::string(k.label) + ": λ̄ = " + number(k.lambda, 3) + ", χ = " + number(k.chi, 3);
+        plot.point(std::min(k.lambda, lambdaMax), k.chi, std::string("point ") + k.css, k.label, title);
+    }
+    if (!m.member) plot.message("no member check (no buckling length)");
+    else if (marks.empty()) plot.message("no reduction factor computed for these actions");
+    return plot.finish();
+}
+
+std::string momentChart(const ReportMember& m)
+{
+    const SteelDesign::Forces& f = m.cross.forces;
+    double length = 1.0;
+    std::array<double, 3> my{f.getMy(), f.getMy(), f.getMy()}, mz{f.getMz(), f.getMz(), f.getMz()};
+    auto shapeY = SteelDesign::MomentDiagram::Polygonal, shapeZ = SteelDesign::MomentDiagram::Polygonal;
+    if (m.member) {
+        const design::BucklingLengths& l = m.member->lengths;
+        length = l.lateralTorsional > 0.0 ? l.lateralTorsional : std::max(l.y, l.z);
+        my = design::momentValues(m.member->moments, Axis::y);
+        mz = design::momentValues(m.member->moments, Axis::z);
+        shapeY = m.member->moments.getMomentDiagram(Axis::y);
+        shapeZ = m.member->moments.getMomentDiagram(Axis::z);
+    }
+    const bool withZ = std::any_of(mz.begin(), mz.end(), [](double v) { return v != 0.0; });
+    constexpr int samples = 24;
+    std::vector<std::pair<double, double>> lineY, lineZ;
+    double lo = 0.0, hi = 0.0;
+    for (int i = 0; i <= samples; ++i) {
+        const double xi = static_cast<double>(i) / samples;
+        const double vy = design::momentAt(my, shapeY, xi), vz = design::momentAt(mz, shapeZ, xi);
+        lineY.emplace_back(xi * length, vy);
+        lineZ.emplace_back(xi * length, vz);
+        lo = std::min({lo, vy, withZ ? vz : 0.0}), hi = std::max({hi, vy, withZ ? vz : 0.0});
+    }
+    const double pad = 0.15 * std::max(hi - lo, 1.0);
+    // Moments drawn on the tension side: positive My (bottom fibre in tension) downwards.
+    SvgPlot plot("chart chart-moments", chartWidth, chartHeight, {0.0, length}, {-(hi + pad), -(lo - pad)});
+    plot.axes(m.member ? "x [m]" : "x (no member length)", "moment [kNm], positive down");
+    auto draw = [&](std::vector<std::pair<double, double>> points, const char* css) {
+        for (auto& p : points) p.second = -p.second;
+        points.insert(points.begin(), {0.0, 0.0});
+        points.emplace_back(length, 0.0);
+        plot.polyline(points, css, true);
+    };
+    draw(lineY, "diagram-y");
+    if (withZ) draw(lineZ, "diagram-z");
+    const double xs[3] = {0.0, 0.5 * length, length};
+    const char* names[3] = {"start", "middle", "end"};
+    for (int i = 0; i < 3; ++i) {
+        const std::string value = number(my[i], 1);
+        plot.point(xs[i], -my[i], "moment-value", value, std::string("My at the ") + names[i] + ": " + value + " kNm");
+        if (withZ)
+            plot.point(xs[i], -mz[i], "moment-value z", number(mz[i], 1),
+                       std::string("Mz at the ") + names[i] + ": " + number(mz[i], 1) + " kNm");
+    }
+    return plot.finish();
+}
+
+// --- member section -------------------------------------------------------------------------------------
+
+std::string lengthText(double l) { return l > 0.0 ? number(l, 3) + " m" : "-"; }
+
+void inputsTable(std::string& out, const ReportMember& m, double fy)
+{
+    const SteelDesign::Forces& f = m.cross.forces;
+    out += "<table class=\"inputs\"><tbody>";
+    auto row = [&](std::string_view name, const std::string& value) {
+        out += "<tr><th>";
+        appendEscaped(out, name);
+        out += "</th><td>";
+        appendEscaped(out, value);
+        out += "</td></tr>";
+    };
+    row("section", m.section->getName());
+    row("steel", m.steel->getName() + ", fy = " + number(fy / 1000.0, 0) + " N/mm²");
+    row("design forces", describeForces(f));
+    row("partial factors", "γM0 = " + (m.cross.gammaM0 > 1e-6 ? number(m.cross.gammaM0, 2) : std::string("from the standard")) +
+                               (m.member ? ", γM1 = " + number(m.member->gammaM1, 2) : std::string()));
+    if (m.member) {
+        const design::MemberRequest& r = *m.member;
+        row("buckling lengths", "Lcr,y = " + lengthText(r.lengths.y) + ", Lcr,z = " + lengthText(r.lengths.z) +
+                                    ", LLT = " + lengthText(r.lengths.lateralTorsional));
+        const auto my = design::momentValues(r.moments, Axis::y);
+        row("moment diagram My", number(my[0], 1) + " / " + number(my[1], 1) + " / " + number(my[2], 1) + " kNm (" +
+                                     (r.moments.getMomentDiagram(Axis::y) == SteelDesign::MomentDiagram::Parabolic
+                                          ? "parabolic"
+                                          : "polygonal") +
+                                     ")");
+        row("lateral-torsional buckling", std::string(design::toString(r.method)) + ", Mcr by " +
+                                              design::toString(r.mcrMethod));
+    } else {
+        row("member checks", "none (no buckling length): cross-section check only");
+    }
+    out += "</tbody></table>";
+}
+
+void traceTable(std::string& out, const std::vector<design::TraceLine>& lines)
+{
+    out += "<table class=\"trace\"><thead><tr><th>check</th><th>clause</th><th>quantity</th><th>formula</th>"
+           "<th>with numbers</th><th>result</th><th>verdict</th></tr></thead><tbody>";
+    for (const design::TraceLine& t : lines) {
+        const std::string status = design::toString(t.status);
+        std::string css = "trace-line st-" + status;
+        std::replace(css.begin(), css.end(), ' ', '-');
+        out += "<tr " + attr("class", css) + ' ' + attr("data-check", t.check) + '>';
+        element(out, "td", "class=\"check\"", t.check);
+        element(out, "td", "class=\"clause\"", t.clause);
+        element(out, "td", "class=\"symbol\"", t.symbol);
+        element(out, "td", "class=\"formula\"", t.formula);
+        element(out, "td", "class=\"numbers\"", t.numbers);
+        element(out, "td", "class=\"result\"", t.result);
+        element(out, "td", "class=\"status\"", t.status == design::TraceStatus::Value ? "" : status);
+        out += "</tr>";
+    }
+    out += "</tbody></table>";
+}
+
+void departuresTable(std::string& out, const design::Departures& departures)
+{
+    if (departures.empty()) return;
+    out += "<div class=\"departures\"><h3>Departures from EN 1993-1-1</h3><p>The library's value is the verdict of "
+           "record; the value to EN 1993-1-1 stands beside it.</p><table><thead><tr><th>rule</th><th>clause</th>"
+           "<th>check</th><th>library</th><th>EN 1993-1-1</th><th>when</th></tr></thead><tbody>";
+    for (const design::Departure& d : departures) {
+        const design::DepartureInfo& info = design::infoOf(d.rule);
+        out += "<tr class=\"departure\">";
+        element(out, "td", "", info.name);
+        element(out, "td", "", info.clause);
+        element(out, "td", "", d.check);
+        element(out, "td", "class=\"library\"", departureValue(d, d.library));
+        element(out, "td", "class=\"en\"", departureValue(d, d.en));
+        element(out, "td", "class=\"when\"", info.when);
+        out += "</tr>";
+    }
+    out += "</tbody></table></div>";
+}
+
+// The batch's cells of the member: the utilizations, the governing one, the verdict.
+void resultsTable(std::string& out, const std::vector<std::string>& cells)
+{
+    out += "<table class=\"results\"><tbody>";
+    for (const std::string& name : utilizationNames()) {
+        const std::string value = cell(cells, name);
+        if (value.empty()) continue;
+        out += "<tr><th>";
+        appendEscaped(out, name);
+        out += "</th>";
+        element(out, "td", attr("data-col", name), value);
+        out += "</tr>";
+    }
+    for (const char* name : {"governing", "governingUtilization", "verdict", "enUtilization", "departures", "reason"}) {
+        const std::string value = cell(cells, name);
+        if (value.empty()) continue;
+        out += "<tr><th>";
+        out += name;
+        out += "</th>";
+        element(out, "td", attr("data-col", name), value);
+        out += "</tr>";
+    }
+    out += "</tbody></table>";
+}
+
+std::string memberSection(const ReportMember& m, std::size_t index)
+{
+    std::string out;
+    out.reserve(24 * 1024);
+    const std::vector<std::string> cells = csvCells(m.result);
+    out += "<section class=\"member\" " + attr("id", anchorOf(index)) + ' ' + attr("data-member", m.id) + ' ' +
+           attr("data-line", std::to_string(m.line)) + ' ' + attr("data-verdict", verdictText(m.result)) + '>';
+    out += "<h2>";
+    appendEscaped(out, m.id);
+    out += " <span " + attr("class", "verdict " + verdictClass(m.result)) + '>';
+    appendEscaped(out, verdictText(m.result));
+    out += "</span></h2>";
+    if (m.result.rejected || !m.section) {
+        out += "<p class=\"rejected\">line " + std::to_string(m.line) + ": ";
+        appendEscaped(out, m.result.errorField + ": " + m.result.errorMessage);
+        out += "</p></section>";
+        return out;
+    }
+    const design::CrossSectionOutcome cross = design::evaluateCrossSection(m.cross);
+    inputsTable(out, m, cross.initializer.getFy());
+    std::vector<design::TraceLine> lines = design::traceCrossSection(m.cross, cross);
+    std::optional<design::MemberOutcome> member;
+    if (m.member) {
+        member = design::evaluateMember(*m.member);
+        std::vector<design::TraceLine> more = design::traceMember(*m.member, *member);
+        lines.insert(lines.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
+    }
+    out += "<h3>Calculation</h3>";
+    traceTable(out, lines);
+    out += "<div class=\"outcome\"><h3>Result</h3>";
+    resultsTable(out, cells);
+    if (m.result.limitations) {
+        out += "<p class=\"not-verified\">not verified: ";
+        appendEscaped(out, design::describeAll(m.result.limitations));
+        out += "</p>";
+    }
+    out += "</div>";
+    design::Departures departures;
+    design::designMember(m.cross, m.member ? &*m.member : nullptr, &departures);
+    departuresTable(out, departures);
+
+    out += "<div class=\"charts\"><figure>" + interactionChart(m) +
+           "<figcaption>N-My interaction of the cross-section (6.2.9, without shear) and the design point</figcaption>"
+           "</figure><figure>" +
+           bucklingChart(m, member ? &*member : nullptr) +
+           "<figcaption>Buckling curves a0 to d (6.49), the lateral-torsional curve used, and the member's "
+           "reduction factors</figcaption></figure><figure>" +
+           momentChart(m) + "<figcaption>Moment diagram with the values used (start, middle, end)</figcaption></figure></div>";
+    out += "</section>";
+    return out;
+}
+
+// --- page -----------------------------------------------------------------------------------------------
+
+constexpr const char* style = R"(
+:root{--ok:#2e7d32;--fail:#c62828;--nv:#ef6c00;--rej:#6d4c41;--ink:#1b1b1b;--grid:#e2e2e2}
+body{font:13px/1.4 "DejaVu Sans",Arial,sans-serif;color:var(--ink);margin:24px auto;max-width:1100px;padding:0 16px}
+h1{font-size:22px;margin:0 0 4px}h2{font-size:17px;margin:0 0 8px;border-bottom:2px solid #444;padding-bottom:3px}
+h3{font-size:14px;margin:14px 0 6px}
+table{border-collapse:collapse;margin:4px 0}th,td{padding:2px 7px;border-bottom:1px solid var(--grid);text-align:left;vertical-align:top}
+td[data-col],td.result,.num{text-align:right;font-variant-numeric:tabular-nums}
+.verdict{font-size:12px;padding:1px 6px;border-radius:3px;color:#fff;vertical-align:middle}
+.fulfilled,.st-fulfilled .status{color:var(--ok)}.not-fulfilled,.st-not-fulfilled .status{color:var(--fail)}
+.not-verified,.st-not-verified .status{color:var(--nv)}.rejected{color:var(--rej)}
+.verdict.fulfilled{background:var(--ok);color:#fff}.verdict.not-fulfilled{background:var(--fail);color:#fff}
+.verdict.not-verified{background:var(--nv);color:#fff}.verdict.rejected{background:var(--rej);color:#fff}
+.cover dl{display:grid;grid-template-columns:max-content auto;gap:2px 14px}.cover dt{font-weight:bold}
+.counts span{margin-right:14px}
+table.trace{width:100%;font-size:12px}table.trace td.numbers{color:#333}table.trace td.check{color:#666}
+section.member{margin:28px 0;page-break-before:always;break-before:page}
+.charts{display:flex;flex-wrap:wrap;gap:8px}.charts figure{margin:0}figcaption{font-size:11px;color:#555;max-width:330px}
+svg .grid line{stroke:var(--grid);stroke-width:1}svg .tick{font-size:9px;fill:#555}svg .title{font-size:10px;fill:#333}
+svg .frame{fill:none;stroke:#999}svg line.zero{stroke:#777;stroke-width:1}svg .message{font-size:11px;fill:#777}
+svg .curve{fill:none;stroke:#9e9e9e;stroke-width:1}svg .curve.own{stroke:#1565c0;stroke-width:2}
+svg .curve.lt{stroke:#6a1b9a;stroke-width:2;stroke-dasharray:5 3}svg .curve-label{font-size:9px;fill:#777}
+svg .curve-label.own{fill:#1565c0;font-weight:bold}svg polygon.curve{fill:#e3f2fd;stroke:#1565c0;stroke-width:1.5}
+svg .point circle,svg .design-point circle{fill:#c62828}svg .point text,svg .design-point text,svg .moment-value text{font-size:10px}
+svg .point-lt circle{fill:#6a1b9a}svg .point-z circle{fill:#ef6c00}
+svg .diagram-y{fill:#e3f2fd;stroke:#1565c0;stroke-width:1.5}svg .diagram-z{fill:none;stroke:#ef6c00;stroke-dasharray:4 3}
+svg .moment-value circle{fill:#1565c0;r:3}svg .moment-value.z circle{fill:#ef6c00}
+svg rect.bar.fulfilled{fill:var(--ok)}svg rect.bar.not-fulfilled{fill:var(--fail)}svg rect.bar.not-verified{fill:var(--nv)}
+svg line.limit{stroke:var(--fail);stroke-width:1.5;stroke-dasharray:6 3}
+#members th{cursor:pointer;user-select:none}#members th.sorted-asc::after{content:" ▲"}#members th.sorted-desc::after{content:" ▼"}
+#filter{margin:6px 0;padding:3px 6px;width:280px}
+.departures table{font-size:12px}.departures td.en{font-weight:bold}
+@page{size:A4;margin:14mm}
+@media print{body{margin:0;max-width:none;font-size:10.5px}#filter,.noprint{display:none}a{color:inherit;text-decoration:none}
+ .charts figure{break-inside:avoid}table.trace tr{break-inside:avoid}}
+)";
+
+// Sorting by a click on a column header and filtering by a text; the page reads the same without it.
+constexpr const char* script = R"(
+window.reportErrors=[];window.addEventListener('error',function(e){window.reportErrors.push(String(e.message));
+document.body.setAttribute('data-errors',window.reportErrors.join(' | '));});
+(function(){var t=document.getElementById('members');if(!t)return;var b=t.tBodies[0];
+var f=document.getElementById('filter');f.hidden=false;
+f.addEventListener('input',function(){var q=f.value.toLowerCase();
+for(var i=0;i<b.rows.length;i++){var r=b.rows[i];r.style.display=r.textContent.toLowerCase().indexOf(q)<0?'none':'';}});
+var hs=t.tHead.rows[0].cells;for(var c=0;c<hs.length;c++)(function(c){hs[c].addEventListener('click',function(){
+var asc=!hs[c].classList.contains('sorted-asc');for(var k=0;k<hs.length;k++)hs[k].classList.remove('sorted-asc','sorted-desc');
+hs[c].classList.add(asc?'sorted-asc':'sorted-desc');var rows=Array.prototype.slice.call(b.rows);
+rows.sort(function(x,y){var a=x.cells[c].getAttribute('data-sort')||x.cells[c].textContent,
+z=y.cells[c].getAttribute('data-sort')||y.cells[c].textContent,na=parseFloat(a),nz=parseFloat(z);
+var r=(!isNaN(na)&&!isNaN(nz))?na-nz:a.localeCompare(z);return asc?r:-r;});
+rows.forEach(function(r){b.appendChild(r);});});})(c);
+document.body.setAttribute('data-script','ready');})();
+)";
+
+std::string overviewChart(const std::vector<ReportMember>& members, const std::vector<std::size_t>& order)
+{
+    std::size_t bars = 0;
+    double top = 1.2;
+    for (std::size_t i : order) {
+        if (members[i].result.rejected) continue;
+        ++bars;
+        const double u = members[i].result.governingUtilization;
+        if (std::isfinite(u)) top = std::max(top, u * 1.05);
+    }
+    top = std::min(top, 5.0);
+    const double width = std::clamp(60.0 + 9.0 * static_cast<double>(bars), 480.0, 1060.0);
+    const double slot = (width - 64.0) / std::max<double>(1.0, static_cast<double>(bars));
+    SvgPlot plot("chart overview-chart", width, 260.0, {0.0, static_cast<double>(std::max<std::size_t>(bars, 1))}, {0.0, top});
+    plot.axes("members, sorted by governing utilization", "governing utilization");
+    plot.line(0.0, 1.0, static_cast<double>(std::max<std::size_t>(bars, 1)), 1.0, "limit");
+    std::size_t k = 0;
+    for (std::size_t i : order) {
+        const RowResult& r = members[i].result;
+        if (r.rejected) continue;
+        const double u = r.governingUtilization;
+        const double shown = std::isfinite(u) ? std::min(u, top) : top;
+        std::string title = members[i].id + ": " + (r.governing.empty() ? std::string("no utilization") : r.governing) +
+                            " " + (std::isfinite(u) ? number(u, 3) : std::string("not finite")) + ", " + verdictText(r);
+        plot.bar(static_cast<double>(k) + 0.5, std::max(1.0, slot * 0.8), shown, "bar " + verdictClass(r),
+                 attr("data-member", members[i].id) + ' ' + attr("data-verdict", verdictText(r)), title);
+        ++k;
+    }
+    if (bars == 0) plot.message("no member was evaluated");
+    return plot.finish();
+}
+
+} // namespace
+
+ReportMember reportMember(std::size_t line, std::string id, std::shared_ptr<SDBSection> section,
+                          std::shared_ptr<KaConstrSteel> steel, const design::CrossSectionRequest& cross,
+                          const std::optional<design::MemberRequest>& member)
+{
+    ReportMember m;
+    m.line = line;
+    m.id = std::move(id);
+    m.section = std::move(section);
+    m.steel = std::move(steel);
+    m.cross = cross;
+    m.cross.section = m.section.get();
+    m.cross.steel = m.steel.get();
+    m.member = member;
+    if (m.member) {
+        m.member->section = m.section.get();
+        m.member->steel = m.steel.get();
+    }
+    m.result = evaluateChecks(m.cross, m.member ? &*m.member : nullptr);
+    m.result.line = m.line;
+    m.result.id = m.id;
+    return m;
+}
+
+ReportMember reportMember(const BatchRow& row)
+{
+    ReportMember m;
+    // The batch's own evaluation of the row gives the numbers of record; the report adds the details.
+    m.result = evaluateRow(row);
+    m.line = m.result.line;
+    m.id = m.result.id;
+    if (m.result.rejected) return m;
+    const MemberRow& member = std::get<MemberRow>(row);
+    std::string error;
+    m.section = design::makeSection(member.section, error);
+    const std::optional<KaConstrSteel> steel = KaConstrSteel::fromName(member.steel);
+    if (!m.section || !steel) return m;
+    m.steel = std::make_shared<KaConstrSteel>(*steel);
+    const RowRequests requests = rowRequests(member, m.section.get(), m.steel.get());
+    m.cross = requests.cross;
+    m.member = requests.member;
+    return m;
+}
+
+std::string todayText()
+{
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&now, &local);
+    char text[16];
+    std::strftime(text, sizeof text, "%Y-%m-%d", &local);
+    return text;
+}
+
+void writeReport(std::ostream& out, const ReportHeader& header, const std::vector<ReportMember>& members, unsigned jobs)
+{
+    // Member sections first (the costly part, on every core), then the page around them.
+    std::vector<std::string> sections(members.size());
+    forEachChunk(members.size(), 4, jobs, [&](std::size_t begin, std::size_t end) {
+        for (std::size_t i = begin; i < end; ++i) sections[i] = memberSection(members[i], i);
+    });
+
+    std::vector<std::size_t> order(members.size());
+    for (std::size_t i = 0; i < order.size(); ++i) order[i] = i;
+    std::stable_sort(order.begin(), order.end(),
+                     [&](std::size_t a, std::size_t b) { return rankOf(members[a].result) > rankOf(members[b].result); });
+    std::size_t fulfilled = 0, notFulfilled = 0, notVerified = 0, rejected = 0;
+    for (const ReportMember& m : members) {
+        if (m.result.rejected) ++rejected;
+        else if (m.result.verdict == design::Verdict::Fulfilled) ++fulfilled;
+        else if (m.result.verdict == design::Verdict::NotFulfilled) ++notFulfilled;
+        else ++notVerified;
+    }
+
+    std::string page;
+    page.reserve(64 * 1024);
+    page += "<!DOCTYPE html>\n<html lang=\"en\"><head><meta charset=\"utf-8\"><meta name=\"viewport\" "
+            "content=\"width=device-width,initial-scale=1\"><title>";
+    appendEscaped(page, header.title + (header.model.empty() ? "" : ": " + header.model));
+    page += "</title><style>";
+    page += style;
+    page += "</style></head><body>";
+    page += "<header class=\"cover\" id=\"cover\"><h1>";
+    appendEscaped(page, header.title);
+    page += "</h1><dl><dt>model</dt><dd class=\"model\">";
+    appendEscaped(page, header.model);
+    page += "</dd><dt>date</dt><dd class=\"date\">";
+    appendEscaped(page, header.date);
+    page += "</dd><dt>rules</dt><dd>EN 1993-1-1 (EN 1993-1-5 for webs in shear); where the library's rule departs "
+            "from EN 1993-1-1, the EN value is shown beside it</dd></dl>";
+    page += "<p class=\"counts\"><span data-count=\"rows\">members " + std::to_string(members.size()) +
+            "</span><span class=\"fulfilled\" data-count=\"fulfilled\">fulfilled " + std::to_string(fulfilled) +
+            "</span><span class=\"not-fulfilled\" data-count=\"not fulfilled\">not fulfilled " + std::to_string(notFulfilled) +
+            "</span><span class=\"not-verified\" data-count=\"not verified\">not verified " + std::to_string(notVerified) +
+            "</span><span class=\"rejected\" data-count=\"rejected\">rejected " + std::to_string(rejected) + "</span></p>";
+    page += "<h3>Governing members</h3><ol class=\"governing\">";
+    std::size_t listed = 0;
+    for (std::size_t i : order) {
+        if (listed == 5 || members[i].result.rejected) break;
+        const RowResult& r = members[i].result;
+        page += "<li><a " + attr("href", "#" + anchorOf(i)) + '>';
+        appendEscaped(page, members[i].id);
+        page += "</a> ";
+        appendEscaped(page, r.section + ": " + (r.governing.empty() ? "-" : r.governing) + " " +
+                                cell(csvCells(r), "governingUtilization") + ", " + verdictText(r));
+        page += "</li>";
+        ++listed;
+    }
+    page += "</ol></header>";
+
+    page += "<section id=\"overview\"><h2>Overview</h2>";
+    page += overviewChart(members, order);
+    page += "</section>";
+
+    page += "<section id=\"table\"><h2>Members</h2><input id=\"filter\" type=\"search\" placeholder=\"filter\" hidden>"
+            "<table id=\"members\"><thead><tr><th>id</th><th>line</th><th>section</th><th>steel</th><th>class</th>"
+            "<th>governing</th><th>governingUtilization</th><th>verdict</th><th>enUtilization</th><th>departures</th>"
+            "</tr></thead><tbody>";
+    for (std::size_t i = 0; i < members.size(); ++i) {
+        const std::vector<std::string> cells = csvCells(members[i].result);
+        page += "<tr " + attr("data-member", members[i].id) + " class=\"" + verdictClass(members[i].result) + "\"><td><a " +
+                attr("href", "#" + anchorOf(i)) + '>';
+        appendEscaped(page, members[i].id);
+        page += "</a></td>";
+        for (const char* name : {"line", "section", "steel", "class", "governing", "governingUtilization", "verdict",
+                                 "enUtilization", "departures"})
+            element(page, "td", attr("data-col", name), cell(cells, name));
+        page += "</tr>";
+    }
+    page += "</tbody></table></section>";
+    out << page;
+    for (const std::string& s : sections) out << s;
+    out << "<footer class=\"noprint\"><p>steeldesign design report</p></footer><script>" << script
+        << "</script></body></html>\n";
+}
+
+} // namespace cli

@@ -1,0 +1,51 @@
+#include "RowRequests.h"
+
+namespace cli {
+
+namespace {
+
+using SteelDesign::ApplicationPoint;
+using SteelDesign::MomentDiagram;
+
+MomentDiagram diagramOf(const std::string& text)
+{
+    return text == "parabolic" ? MomentDiagram::Parabolic : MomentDiagram::Polygonal;
+}
+
+ApplicationPoint loadPointOf(const std::string& text)
+{
+    if (text == "top") return ApplicationPoint::Top;
+    if (text == "bottom") return ApplicationPoint::Bottom;
+    return ApplicationPoint::Center;
+}
+
+} // namespace
+
+RowRequests rowRequests(const MemberRow& row, SDBSection* section, KaConstrSteel* steel)
+{
+    const SteelDesign::Forces forces(row.N, row.My, row.Mz, row.Mt, row.Vy, row.Vz);
+    RowRequests requests{{section, steel, forces, row.gammaM0.value_or(0.0), row.elastic}, std::nullopt};
+    const design::BucklingLengths lengths = design::resolveLengths(
+        row.length > 0.0 ? std::optional<double>(row.length) : std::nullopt, row.lengthY, row.lengthZ, row.lengthLT);
+    if (!design::anyLength(lengths)) return requests;
+    design::MemberRequest& member = requests.member.emplace();
+    member.section = section;
+    member.steel = steel;
+    member.forces = forces;
+    member.moments = design::makeMoments(row.momentsY, diagramOf(row.diagramY), row.momentsZ, diagramOf(row.diagramZ),
+                                         row.maxMoment, loadPointOf(row.loadPoint), row.mcr.value_or(0.0));
+    member.lengths = lengths;
+    member.gammaM1 = row.gammaM1.value_or(design::defaultGammaM1);
+    member.cTheta = row.cTheta.value_or(0.0);
+    member.shearPanel = row.shearPanel.value_or(0.0);
+    member.method = !row.rolledMethod ? design::LateralTorsionalMethod::Automatic
+                    : *row.rolledMethod ? design::LateralTorsionalMethod::Rolled
+                                        : design::LateralTorsionalMethod::General;
+    member.torsionallyDeformable = row.torsionallyDeformable;
+    member.cmFloor = row.cmFloor;
+    member.elastic = row.elastic;
+    member.mcrMethod = row.mcrMethod == "numerical" ? design::McrMethod::Numerical : design::McrMethod::Tables;
+    return requests;
+}
+
+} // namespace cli
