@@ -6,6 +6,8 @@
 #include "Commands.h"
 #include "Options.h"
 #include "Report.h"
+#include "HtmlReport.h"
+#include "OutputFile.h"
 #include "ResultJson.h"
 
 #include <design/CrossSectionCheck.h>
@@ -31,6 +33,7 @@ struct CheckOptions {
     double gammaM0 = 0.0;
     bool elastic = false;
     bool json = false;
+    std::string html;
 };
 
 const R::UtilizationType reported[] = {R::Axial,         R::Torsion,       R::BendingY,      R::BendingZ,
@@ -121,6 +124,7 @@ void run(const CheckOptions& o, CommandResult& result)
     auto section = lookupSection(o.name);
     KaConstrSteel steel = o.steel.resolve();
     o.standard.apply();
+    if (!o.html.empty()) checkOutputPath("--html", o.html, "");
     if (o.gammaM0 < 0.0) throw InputError("--gamma-m0: must not be negative, got " + number(o.gammaM0, 4));
     const Forces forces = o.forces.toForces();
     const design::CrossSectionOutcome outcome =
@@ -176,6 +180,10 @@ void run(const CheckOptions& o, CommandResult& result)
         std::cout << departuresBlock(departures);
         std::cout << verdictLine(verdict, outcome.limitations);
     }
+    if (!o.html.empty())
+        writeMemberReport("--html", o.html, "steeldesign check " + o.name + " --steel " + steel.getName() + " (" +
+                                                describeForces(forces) + ")",
+                          std::move(section), steel, {nullptr, nullptr, forces, o.gammaM0, o.elastic}, std::nullopt);
     result.exitCode = design::exitCodeOf(verdict);
 }
 
@@ -193,6 +201,7 @@ void registerCheckCommand(CLI::App& app, CommandResult& result)
     options->standard.addTo(*sub);
     sub->add_flag("--elastic", options->elastic, "elastic verification: class 3 without classification");
     sub->add_flag("--json", options->json, "machine-readable output (SI units: m, kN, kNm, kN/m2)");
+    sub->add_option("--html", options->html, "also write the design report of the check to this HTML file");
     sub->callback([options, &result] { run(*options, result); });
 }
 

@@ -1,6 +1,7 @@
 #include "HtmlReport.h"
 
 #include "Options.h"
+#include "OutputFile.h"
 #include "Parallel.h"
 #include "Report.h"
 #include "RowRequests.h"
@@ -141,20 +142,40 @@ std::string interactionChart(const ReportMember& m)
     const std::vector<design::InteractionPoint> curve = design::interactionCurveNMy(m.cross, 36);
     double nMin = std::min(f.getN(), 0.0), nMax = std::max(f.getN(), 0.0);
     double mMin = std::min(f.getMy(), 0.0), mMax = std::max(f.getMy(), 0.0);
+    bool any = false, all = true;
     for (const auto& p : curve) {
+        any = any || p.valid;
+        all = all && p.valid;
+        if (!p.valid) continue;
         nMin = std::min(nMin, p.N), nMax = std::max(nMax, p.N);
         mMin = std::min(mMin, p.My), mMax = std::max(mMax, p.My);
     }
     const double nPad = 0.08 * std::max(nMax - nMin, 1.0), mPad = 0.08 * std::max(mMax - mMin, 1.0);
     SvgPlot plot("chart chart-interaction", chartWidth, chartHeight, {mMin - mPad, mMax + mPad}, {nMin - nPad, nMax + nPad});
     plot.axes("My [kNm]", "N [kN]");
-    if (curve.empty()) {
-        plot.message("no N-My curve: the check gives no utilization under N and My");
-    } else {
+    if (!any) {
+        plot.message("no N-My curve: the check verifies no pair of N and My");
+    } else if (all) {
         std::vector<std::pair<double, double>> points;
         points.reserve(curve.size());
         for (const auto& p : curve) points.emplace_back(p.My, p.N);
         plot.polyline(points, "curve", true);
+    } else {
+        // Runs of valid points, the gaps left open: there the check does not verify the pair (class 4, or
+        // not covered), and no curve is drawn.
+        std::size_t start = 0;
+        while (start < curve.size() && curve[start].valid) ++start;  // a gap exists: begin after one
+        std::vector<std::pair<double, double>> run;
+        for (std::size_t k = 1; k <= curve.size(); ++k) {
+            const auto& p = curve[(start + k) % curve.size()];
+            if (p.valid) run.emplace_back(p.My, p.N);
+            if (!p.valid || k == curve.size()) {
+                if (run.size() == 1) plot.point(run[0].first, run[0].second, "curve-point", "", "a point of the curve");
+                if (run.size() > 1) plot.polyline(run, "curve open");
+                run.clear();
+            }
+        }
+        plot.text(mMin, nMin - 0.5 * nPad, "gaps: class 4 or not covered by the check", "curve-label", "start");
     }
     const std::string label = "N = " + number(f.getN(), 1) + " kN, My = " + number(f.getMy(), 1) + " kNm";
     plot.point(f.getMy(), f.getN(), "design-point", "Ed", "design point: " + label);
@@ -220,12 +241,9 @@ std::string bucklingChart(const ReportMember& m, const design::MemberOutcome* ou
 std::string momentChart(const ReportMember& m)
 {
     const SteelDesign::Forces& f = m.cross.forces;
-    double length = 1.0;
     std::array<double, 3> my{f.getMy(), f.getMy(), f.getMy()}, mz{f.getMz(), f.getMz(), f.getMz()};
     auto shapeY = SteelDesign::MomentDiagram::Polygonal, shapeZ = SteelDesign::MomentDiagram::Polygonal;
     if (m.member) {
-        const design::BucklingLengths& l = m.member->lengths;
-        length = l.lateralTorsional > 0.0 ? l.lateralTorsional : std::max(l.y, l.z);
         my = design::momentValues(m.member->moments, Axis::y);
         mz = design::momentValues(m.member->moments, Axis::z);
         shapeY = m.member->moments.getMomentDiagram(Axis::y);
@@ -238,23 +256,24 @@ std::string momentChart(const ReportMember& m)
     for (int i = 0; i <= samples; ++i) {
         const double xi = static_cast<double>(i) / samples;
         const double vy = design::momentAt(my, shapeY, xi), vz = design::momentAt(mz, shapeZ, xi);
-        lineY.emplace_back(xi * length, vy);
-        lineZ.emplace_back(xi * length, vz);
+        lineY.emplace_back(xi, vy);
+        lineZ.emplace_back(xi, vz);
         lo = std::min({lo, vy, withZ ? vz : 0.0}), hi = std::max({hi, vy, withZ ? vz : 0.0});
     }
     const double pad = 0.15 * std::max(hi - lo, 1.0);
     // Moments drawn on the tension side: positive My (bottom fibre in tension) downwards.
-    SvgPlot plot("chart chart-moments", chartWidth, chartHeight, {0.0, length}, {-(hi + pad), -(lo - pad)});
-    plot.axes(m.member ? "x [m]" : "x (no member length)", "moment [kNm], positive down");
+    SvgPlot plot("chart chart-moments", chartWidth, chartHeight, {0.0, 1.0}, {-(hi + pad), -(lo - pad)});
+    plot.axes(m.member ? "position along the member x / L" : "x / L (no member check: My constant)",
+              "moment [kNm], positive down", 5, 4);
     auto draw = [&](std::vector<std::pair<double, double>> points, const char* css) {
         for (auto& p : points) p.second = -p.second;
         points.insert(points.begin(), {0.0, 0.0});
-        points.emplace_back(length, 0.0);
+        points.emplace_back(1.0, 0.0);
         plot.polyline(points, css, true);
     };
     draw(lineY, "diagram-y");
     if (withZ) draw(lineZ, "diagram-z");
-    const double xs[3] = {0.0, 0.5 * length, length};
+    const double xs[3] = {0.0, 0.5, 1.0};
     const char* names[3] = {"start", "middle", "end"};
     for (int i = 0; i < 3; ++i) {
         const std::string value = number(my[i], 1);
@@ -430,7 +449,8 @@ body{font:13px/1.4 "DejaVu Sans",Arial,sans-serif;color:var(--ink);margin:24px a
 h1{font-size:22px;margin:0 0 4px}h2{font-size:17px;margin:0 0 8px;border-bottom:2px solid #444;padding-bottom:3px}
 h3{font-size:14px;margin:14px 0 6px}
 table{border-collapse:collapse;margin:4px 0}th,td{padding:2px 7px;border-bottom:1px solid var(--grid);text-align:left;vertical-align:top}
-td[data-col],td.result,.num{text-align:right;font-variant-numeric:tabular-nums}
+td.result,td[data-col=line],td[data-col=class],td[data-col$=tilization],table.results td{text-align:right;font-variant-numeric:tabular-nums}
+td.id,td[data-col=section],td[data-col=verdict]{white-space:nowrap}td[data-col=departures]{font-size:11px;color:#555;max-width:260px;word-break:break-word}
 .verdict{font-size:12px;padding:1px 6px;border-radius:3px;color:#fff;vertical-align:middle}
 .fulfilled,.st-fulfilled .status{color:var(--ok)}.not-fulfilled,.st-not-fulfilled .status{color:var(--fail)}
 .not-verified,.st-not-verified .status{color:var(--nv)}.rejected{color:var(--rej)}
@@ -446,6 +466,7 @@ svg .frame{fill:none;stroke:#999}svg line.zero{stroke:#777;stroke-width:1}svg .m
 svg .curve{fill:none;stroke:#9e9e9e;stroke-width:1}svg .curve.own{stroke:#1565c0;stroke-width:2}
 svg .curve.lt{stroke:#6a1b9a;stroke-width:2;stroke-dasharray:5 3}svg .curve-label{font-size:9px;fill:#777}
 svg .curve-label.own{fill:#1565c0;font-weight:bold}svg polygon.curve{fill:#e3f2fd;stroke:#1565c0;stroke-width:1.5}
+svg polyline.curve.open{stroke:#1565c0;stroke-width:1.5}svg .curve-point circle{fill:#1565c0}
 svg .point circle,svg .design-point circle{fill:#c62828}svg .point text,svg .design-point text,svg .moment-value text{font-size:10px}
 svg .point-lt circle{fill:#6a1b9a}svg .point-z circle{fill:#ef6c00}
 svg .diagram-y{fill:#e3f2fd;stroke:#1565c0;stroke-width:1.5}svg .diagram-z{fill:none;stroke:#ef6c00;stroke-dasharray:4 3}
@@ -489,10 +510,10 @@ std::string overviewChart(const std::vector<ReportMember>& members, const std::v
         if (std::isfinite(u)) top = std::max(top, u * 1.05);
     }
     top = std::min(top, 5.0);
-    const double width = std::clamp(60.0 + 9.0 * static_cast<double>(bars), 480.0, 1060.0);
+    const double width = std::clamp(60.0 + 9.0 * static_cast<double>(bars), 720.0, 1060.0);
     const double slot = (width - 64.0) / std::max<double>(1.0, static_cast<double>(bars));
     SvgPlot plot("chart overview-chart", width, 260.0, {0.0, static_cast<double>(std::max<std::size_t>(bars, 1))}, {0.0, top});
-    plot.axes("members, sorted by governing utilization", "governing utilization");
+    plot.axes("members, sorted by governing utilization", "governing utilization", 5, 0);
     plot.line(0.0, 1.0, static_cast<double>(std::max<std::size_t>(bars, 1)), 1.0, "limit");
     std::size_t k = 0;
     for (std::size_t i : order) {
@@ -502,7 +523,7 @@ std::string overviewChart(const std::vector<ReportMember>& members, const std::v
         const double shown = std::isfinite(u) ? std::min(u, top) : top;
         std::string title = members[i].id + ": " + (r.governing.empty() ? std::string("no utilization") : r.governing) +
                             " " + (std::isfinite(u) ? number(u, 3) : std::string("not finite")) + ", " + verdictText(r);
-        plot.bar(static_cast<double>(k) + 0.5, std::max(1.0, slot * 0.8), shown, "bar " + verdictClass(r),
+        plot.bar(static_cast<double>(k) + 0.5, std::clamp(slot * 0.8, 1.0, 28.0), shown, "bar " + verdictClass(r),
                  attr("data-member", members[i].id) + ' ' + attr("data-verdict", verdictText(r)), title);
         ++k;
     }
@@ -553,6 +574,21 @@ ReportMember reportMember(const BatchRow& row)
     m.cross = requests.cross;
     m.member = requests.member;
     return m;
+}
+
+void writeMemberReport(std::string_view option, const std::string& path, const std::string& model,
+                       std::unique_ptr<SDBSection> section, const KaConstrSteel& steel,
+                       const design::CrossSectionRequest& cross, const std::optional<design::MemberRequest>& member)
+{
+    const std::string id = section->getName();
+    std::vector<ReportMember> members{reportMember(1, id, std::shared_ptr<SDBSection>(std::move(section)),
+                                                   std::make_shared<KaConstrSteel>(steel), cross, member)};
+    ReportHeader header;
+    header.model = model;
+    header.date = todayText();
+    std::ostringstream page;
+    writeReport(page, header, members, 1);
+    writeFileAtomically(option, path, page.str());
 }
 
 std::string todayText()
@@ -631,13 +667,15 @@ void writeReport(std::ostream& out, const ReportHeader& header, const std::vecto
             "</tr></thead><tbody>";
     for (std::size_t i = 0; i < members.size(); ++i) {
         const std::vector<std::string> cells = csvCells(members[i].result);
-        page += "<tr " + attr("data-member", members[i].id) + " class=\"" + verdictClass(members[i].result) + "\"><td><a " +
-                attr("href", "#" + anchorOf(i)) + '>';
+        page += "<tr " + attr("data-member", members[i].id) + "><td class=\"id\"><a " + attr("href", "#" + anchorOf(i)) + '>';
         appendEscaped(page, members[i].id);
         page += "</a></td>";
         for (const char* name : {"line", "section", "steel", "class", "governing", "governingUtilization", "verdict",
-                                 "enUtilization", "departures"})
-            element(page, "td", attr("data-col", name), cell(cells, name));
+                                 "enUtilization", "departures"}) {
+            std::string css = attr("data-col", name);
+            if (std::string_view(name) == "verdict") css += " class=\"" + verdictClass(members[i].result) + '"';
+            element(page, "td", css, cell(cells, name));
+        }
         page += "</tr>";
     }
     page += "</tbody></table></section>";

@@ -24,6 +24,7 @@
 #include <optional>
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace cli {
@@ -57,6 +58,12 @@ struct ReportHeader {
 // The whole page; the member sections are rendered on `jobs` threads (0: every core), in input order.
 void writeReport(std::ostream& out, const ReportHeader& header, const std::vector<ReportMember>& members,
                  unsigned jobs = 0);
+
+// The report of one member written to `path` (the `--html` of `check` and `member`): model names the
+// command; InputError naming the option when the file cannot be written.
+void writeMemberReport(std::string_view option, const std::string& path, const std::string& model,
+                       std::unique_ptr<SDBSection> section, const KaConstrSteel& steel,
+                       const design::CrossSectionRequest& cross, const std::optional<design::MemberRequest>& member);
 
 // Today's date as yyyy-mm-dd (local time).
 std::string todayText();

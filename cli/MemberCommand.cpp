@@ -18,6 +18,8 @@
 #include <design/Departures.h>
 #include "Options.h"
 #include "Report.h"
+#include "HtmlReport.h"
+#include "OutputFile.h"
 #include "ResultJson.h"
 
 #include <KaMaterial.h>
@@ -50,6 +52,7 @@ struct MemberCommandOptions {
     SteelOption steel;
     MemberOptions member;
     bool json = false;
+    std::string html;
 };
 
 nlohmann::json finiteOrNull(double value) { return std::isfinite(value) ? nlohmann::json(value) : nlohmann::json(nullptr); }
@@ -187,6 +190,7 @@ void run(const MemberCommandOptions& options, CommandResult& result)
     const MemberOptions& o = options.member;
     if (!o.memberChecked())
         throw InputError("--length: a positive buckling length is needed (--length, or --lcr-y / --lcr-z / --l-lt)");
+    if (!options.html.empty()) checkOutputPath("--html", options.html, "");
     const design::MemberRequest request = o.toRequest(section.get(), &steel);
     const Forces& forces = request.forces;
     const design::MemberOutcome outcome = design::evaluateMember(request);  // the same evaluation as `batch`
@@ -302,6 +306,13 @@ void run(const MemberCommandOptions& options, CommandResult& result)
         else
             std::cout << verdictLine(outcome.verdict, outcome.limitations);
     }
+    // The report of the member is that of a batch row with the same inputs: the member checks and the
+    // cross-section check at the same point.
+    if (!options.html.empty())
+        writeMemberReport("--html", options.html,
+                          "steeldesign member " + options.name + " --steel " + steel.getName() + " (" +
+                              describeForces(forces) + "): member checks and the cross-section check at the same point",
+                          std::move(section), steel, {nullptr, nullptr, forces, 0.0, request.elastic}, request);
     result.exitCode = notApplicable ? exitFulfilled : design::exitCodeOf(outcome.verdict);
 }
 
@@ -318,6 +329,8 @@ void registerMemberCommand(CLI::App& app, CommandResult& result)
     options->steel.addTo(*sub);
     options->member.addTo(*sub);
     sub->add_flag("--json", options->json, "machine-readable output (SI units: m, kN, kNm, kN/m2)");
+    sub->add_option("--html", options->html,
+                    "also write the design report (member and cross-section checks) to this HTML file");
     sub->callback([options, &result] { run(*options, result); });
 }
 

@@ -70,11 +70,11 @@ double SvgPlot::px(double x) const { return left_ + (x - x_.min) / (x_.max - x_.
 
 double SvgPlot::py(double y) const { return height_ - bottom_ - (y - y_.min) / (y_.max - y_.min) * (height_ - top_ - bottom_); }
 
-void SvgPlot::axes(std::string_view xTitle, std::string_view yTitle, int ticks)
+void SvgPlot::axes(std::string_view xTitle, std::string_view yTitle, int ticks, int xTicks)
 {
     const double x0 = left_, x1 = width_ - right_, y0 = height_ - bottom_, y1 = top_;
     out_ += "<g class=\"grid\">";
-    for (double t : niceTicks(x_.min, x_.max, ticks)) {
+    for (double t : niceTicks(x_.min, x_.max, xTicks < 0 ? ticks : xTicks)) {
         const std::string p = chartNumber(px(t));
         out_ += "<line x1=\"" + p + "\" y1=\"" + chartNumber(y1) + "\" x2=\"" + p + "\" y2=\"" + chartNumber(y0) + "\"/>";
         out_ += "<text class=\"tick\" x=\"" + p + "\" y=\"" + chartNumber(y0 + 13) + "\" text-anchor=\"middle\">" +

@@ -32,8 +32,8 @@ public:
     double py(double y) const;  // data y to px
 
     // Grid lines and tick labels (about `ticks` per axis, at round values), the axis titles, and the
-    // axes through zero where zero is in range.
-    void axes(std::string_view xTitle, std::string_view yTitle, int ticks = 5);
+    // axes through zero where zero is in range. xTicks 0: no ticks on x (a chart of categories).
+    void axes(std::string_view xTitle, std::string_view yTitle, int ticks = 5, int xTicks = -1);
     void line(double x1, double y1, double x2, double y2, std::string_view cssClass);
     void polyline(const std::vector<std::pair<double, double>>& points, std::string_view cssClass, bool closed = false);
     // A `use` of a shape defined once in the page (in data coordinates mapped by the given transform).

@@ -1,5 +1,7 @@
 #include "InteractionCurve.h"
 
+#include <SteelDesign/ErrorCode.h>
+
 #include <algorithm>
 #include <cmath>
 #include <numbers>
@@ -13,11 +15,13 @@ double interactionUtilization(const CrossSectionRequest& request, double N, doub
     CrossSectionRequest probe = request;
     probe.forces = SteelDesign::Forces(N, My, 0.0, 0.0, 0.0, 0.0);
     const CrossSectionOutcome outcome = evaluateCrossSection(probe);
-    if (outcome.initializer.getClass() == 4) return -1.0;
-    double largest = 0.0;
+    if (outcome.initializer.getClass() == 4 || outcome.initializer.getErrorCode() == SteelDesign::ErrorCode::NotSupported)
+        return -1.0;
+    double largest = -1.0;
     for (const auto type : {VerificationResults::Axial, VerificationResults::Bending, VerificationResults::AxialBending}) {
         const kat::Nullable<double> u = outcome.results.getUtilization(type);
-        if (!u.hasValue() || !std::isfinite(u.value())) return -1.0;
+        if (!u.hasValue()) continue;
+        if (!std::isfinite(u.value())) return -1.0;
         largest = std::max(largest, u.value());
     }
     return largest;
@@ -39,27 +43,30 @@ std::vector<InteractionPoint> interactionCurveNMy(const CrossSectionRequest& req
     curve.reserve(static_cast<std::size_t>(rays));
     for (int i = 0; i < rays; ++i) {
         const double angle = 2.0 * std::numbers::pi * i / rays;
-        const double dn = nScale * std::sin(angle), dm = mScale * std::cos(angle);
+        // The rays along the axes carry exactly no N or no My (sin(pi) is 1.2e-16, not 0).
+        auto exact = [](double v) { return std::fabs(v) < 1e-12 ? 0.0 : v; };
+        const double dn = nScale * exact(std::sin(angle)), dm = mScale * exact(std::cos(angle));
         auto u = [&](double s) { return interactionUtilization(request, s * dn, s * dm); };
         // A bracket [lo, hi] with u(lo) <= 1 < u(hi), from the scale 1 (the plastic resistances).
         double lo = 0.0, hi = 1.0;
+        InteractionPoint& point = curve.emplace_back();
         double uHi = u(hi);
-        if (uHi < 0.0) return {};
-        for (int k = 0; k < 40 && uHi <= 1.0; ++k) {
+        for (int k = 0; k < 40 && uHi >= 0.0 && uHi <= 1.0; ++k) {
             lo = hi;
             hi *= 2.0;
             uHi = u(hi);
-            if (uHi < 0.0) return {};
         }
-        if (uHi <= 1.0) continue;
-        while (hi - lo > 1e-4 * hi) {
+        if (!(uHi > 1.0)) continue;
+        bool valid = true;
+        while (valid && hi - lo > 2e-5 * hi) {
             const double mid = 0.5 * (lo + hi);
             const double uMid = u(mid);
-            if (uMid < 0.0) return {};
+            valid = uMid >= 0.0;
             (uMid > 1.0 ? hi : lo) = mid;
         }
+        if (!valid) continue;
         const double s = 0.5 * (lo + hi);
-        curve.push_back({s * dn, s * dm});
+        point = {s * dn, s * dm, true};
     }
     return curve;
 }
