@@ -6,12 +6,10 @@
 #include "Options.h"
 #include "Report.h"
 
+#include <design/PlateClassification.h>
+
 #include <KaMaterial.h>
-#include <SteelDesign/Classification.h>
-#include <SteelDesign/CrossSectionCutter.h>
 #include <SteelDesign/SectionInitializer.h>
-#include <SteelDesign/StressCalculator.h>
-#include <SteelDesign/StressUtil.h>
 
 #include <nlohmann/json.hpp>
 
@@ -31,44 +29,6 @@ struct ClassifyOptions {
     bool json = false;
 };
 
-struct PlateRow {
-    std::string kind;  // "web" (internal part) or "outstand"
-    double c, t, alpha;
-    kat::Nullable<double> psi;
-    kat::Nullable<int> cls;
-};
-
-// The plates as classification sees them, each with its own class (null when not classified).
-std::vector<PlateRow> plateRows(SDBSection& section, KaConstrSteel& steel, const SteelDesign::Forces& forces,
-                                bool classify)
-{
-    using namespace SteelDesign;
-    CrossSectionCutter cutter;
-    section.accept(&cutter);
-    Classification classification(&steel, forces, false);
-    classification.classify(&section);
-    const StressUtil util(&section, forces);
-    const StressCalculator calc(&section, forces);
-    const bool isAngle = dynamic_cast<SDBSectionL*>(&section) != nullptr;
-    const bool axialOnly = std::fabs(forces.getMy()) < 1e-6 && std::fabs(forces.getMz()) < 1e-6;
-
-    auto row = [&](const PlatePart& part, const char* kind, int cls) {
-        PlateRow r{kind, part.getC(), part.getT(), util.calculateAlfa(part.getFirstPoint(), part.getSecondPoint()), {}, {}};
-        if (calc.calculateNormalStress(part.getFirstPoint()) != 0.0)
-            r.psi = util.calculatePsiWeb(part.getFirstPoint(), part.getSecondPoint());
-        if (classify) r.cls = cls;
-        return r;
-    };
-    std::vector<PlateRow> rows;
-    for (const auto& web : cutter.getWebParts()) rows.push_back(row(*web, "web", classification.classifyWebPart(*web)));
-    for (const auto& flange : cutter.getFlangeParts()) {
-        const int cls = isAngle && axialOnly ? classification.classifyAngleLeg(*flange)
-                                             : classification.classifyFlangePart(*flange);
-        rows.push_back(row(*flange, isAngle ? "leg" : "outstand", cls));
-    }
-    return rows;
-}
-
 void run(const ClassifyOptions& o, CommandResult& result)
 {
     using namespace SteelDesign;
@@ -79,11 +39,11 @@ void run(const ClassifyOptions& o, CommandResult& result)
     const SectionInitializer init(section.get(), &steel, forces, control, false);
     const double fy = init.getFy();
     const double epsilon = fy > 0.0 ? std::sqrt(235000.0 / fy) : 0.0;
-    const auto rows = plateRows(*section, steel, forces, !o.elastic);
+    const auto rows = design::classifyPlates(*section, steel, forces, !o.elastic);
 
     if (o.json) {
         nlohmann::json parts = nlohmann::json::array();
-        for (const PlateRow& r : rows) {
+        for (const design::PlateClass& r : rows) {
             parts.push_back({{"kind", r.kind},
                              {"c", r.c},
                              {"t", r.t},
@@ -109,9 +69,9 @@ void run(const ClassifyOptions& o, CommandResult& result)
                   << "fy = " << number(fy / 1000.0, 0) << " N/mm2, epsilon = " << number(epsilon, 3) << "\n\n";
         if (!rows.empty()) {
             std::cout << "plate        c [mm]   t [mm]     c/t   alpha     psi  class\n";
-            for (const PlateRow& r : rows) {
+            for (const design::PlateClass& r : rows) {
                 char line[160];
-                std::snprintf(line, sizeof line, "%-9s %9.1f %8.1f %7.2f %7.3f %7s  %5s\n", r.kind.c_str(), r.c * 1000.0, r.t * 1000.0,
+                std::snprintf(line, sizeof line, "%-9s %9.1f %8.1f %7.2f %7.3f %7s  %5s\n", r.kind, r.c * 1000.0, r.t * 1000.0,
                             r.t != 0.0 ? r.c / r.t : 0.0, r.alpha, r.psi ? number(r.psi.value(), 3).c_str() : "-",
                             r.cls ? std::to_string(r.cls.value()).c_str() : "-");
                 std::cout << line;
