@@ -16,7 +16,8 @@ CMAKE_ARGS ?=
 
 # Debian packages the build needs; installed by `make deps` only when one is missing.
 PACKAGES = cmake g++ make libcli11-dev nlohmann-json3-dev libgtest-dev libgmock-dev libbenchmark-dev libeigen3-dev \
-           python3-dev pybind11-dev python3-numpy python3-pandas python3-dask python3-distributed python3-pytest
+           python3-dev pybind11-dev python3-numpy python3-pandas python3-dask python3-distributed python3-pytest \
+           chromium
 
 # The fuzzers need clang and its sanitizer and libFuzzer runtimes besides.
 FUZZ_PACKAGES = clang libclang-rt-14-dev

@@ -34,6 +34,7 @@ struct CheckOptions {
     bool elastic = false;
     bool json = false;
     std::string html;
+    bool trace = false;
 };
 
 const R::UtilizationType reported[] = {R::Axial,         R::Torsion,       R::BendingY,      R::BendingZ,
@@ -65,7 +66,7 @@ const char* describe(R::UtilizationType type)
 
 } // namespace
 
-nlohmann::json checkJson(const SDBSection& section, const KaConstrSteel& steel,
+nlohmann::json checkJson(const SDBSection& section, const KaConstrSteel& steel, const design::CrossSectionRequest& request,
                          const design::CrossSectionOutcome& outcome, const design::Departures& departures)
 {
     using namespace SteelDesign;
@@ -93,6 +94,7 @@ nlohmann::json checkJson(const SDBSection& section, const KaConstrSteel& steel,
         {"allFulfilled", allFulfilled},
         {"verdict", design::toString(verdict)},
         {"departures", departuresJson(departures)},
+        {"trace", traceJson(design::traceCrossSection(request, outcome))},
         {"enUtilization", nullableJson(departures.largestEn())},
         {"notVerified", outcome.limitations ? nlohmann::json(design::describeAll(outcome.limitations))
                                             : nlohmann::json(nullptr)},
@@ -127,17 +129,16 @@ void run(const CheckOptions& o, CommandResult& result)
     if (!o.html.empty()) checkOutputPath("--html", o.html, "");
     if (o.gammaM0 < 0.0) throw InputError("--gamma-m0: must not be negative, got " + number(o.gammaM0, 4));
     const Forces forces = o.forces.toForces();
-    const design::CrossSectionOutcome outcome =
-        design::evaluateCrossSection({section.get(), &steel, forces, o.gammaM0, o.elastic});
+    const design::CrossSectionRequest request{section.get(), &steel, forces, o.gammaM0, o.elastic};
+    const design::CrossSectionOutcome outcome = design::evaluateCrossSection(request);
     const SectionInitializer& init = outcome.initializer;
     const R& results = outcome.results;
     const ErrorCode error = init.getErrorCode();
     const design::Verdict verdict = outcome.verdict;
-    const design::Departures departures = design::findDepartures(
-        design::CrossSectionRequest{section.get(), &steel, forces, o.gammaM0, o.elastic}, outcome);
+    const design::Departures departures = design::findDepartures(request, outcome);
 
     if (o.json) {
-        std::cout << checkJson(*section, steel, outcome, departures).dump(2) << '\n';
+        std::cout << checkJson(*section, steel, request, outcome, departures).dump(2) << '\n';
     } else {
         std::cout << thicknessWarnings(init.getThicknessVector());
         std::cout << "Cross-section check to EN 1993-1-1 6.2\n"
@@ -178,6 +179,7 @@ void run(const CheckOptions& o, CommandResult& result)
         if (error != ErrorCode::NoError)
             std::cout << "error code " << static_cast<int>(error) << ": " << SteelDesign::describe(error) << "\n";
         std::cout << departuresBlock(departures);
+        if (o.trace) std::cout << traceText(design::traceCrossSection(request, outcome)) << '\n';
         std::cout << verdictLine(verdict, outcome.limitations);
     }
     if (!o.html.empty())
@@ -202,6 +204,7 @@ void registerCheckCommand(CLI::App& app, CommandResult& result)
     sub->add_flag("--elastic", options->elastic, "elastic verification: class 3 without classification");
     sub->add_flag("--json", options->json, "machine-readable output (SI units: m, kN, kNm, kN/m2)");
     sub->add_option("--html", options->html, "also write the design report of the check to this HTML file");
+    sub->add_flag("--trace", options->trace, "print the calculation: each step with its clause, formula and numbers");
     sub->callback([options, &result] { run(*options, result); });
 }
 

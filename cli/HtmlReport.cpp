@@ -182,6 +182,44 @@ std::string interactionChart(const ReportMember& m)
     return plot.finish();
 }
 
+constexpr int curveSamples = 36;
+
+std::vector<std::pair<double, double>> curvePoints(double alpha, double lambdaMax)
+{
+    std::vector<std::pair<double, double>> points;
+    for (int i = 0; i <= curveSamples; ++i) {
+        const double lambda = lambdaMax * i / curveSamples;
+        points.emplace_back(lambda, design::reductionFactor(alpha, lambda));
+    }
+    return points;
+}
+
+// The ranges of slenderness of the buckling charts: 2.5 to 6 in steps of 0.5.
+std::string curvesId(double lambdaMax) { return "curves-" + chartNumber(lambdaMax * 10.0, 0); }
+
+// The curves a0 to d of (6.49), once for each range of the buckling charts, for the charts to `use`.
+std::string bucklingCurveDefinitions()
+{
+    using SteelDesign::BucklingCurve;
+    std::string out = "<svg class=\"definitions\" width=\"0\" height=\"0\" aria-hidden=\"true\" "
+                      "xmlns=\"http://www.w3.org/2000/svg\"><defs>";
+    for (double lambdaMax = 2.5; lambdaMax <= 6.0; lambdaMax += 0.5) {
+        SvgPlot plot("", chartWidth, chartHeight, {0.0, lambdaMax}, {0.0, 1.1});
+        const std::size_t mark = plot.mark();
+        for (const BucklingCurve c : {BucklingCurve::a0, BucklingCurve::a, BucklingCurve::b, BucklingCurve::c, BucklingCurve::d}) {
+            const double alpha = design::imperfectionFactor(c);
+            plot.polyline(curvePoints(alpha, lambdaMax), "curve");
+            plot.text(lambdaMax * 0.92, design::reductionFactor(alpha, lambdaMax * 0.92), SteelDesign::toString(c),
+                      "curve-label");
+        }
+        // A used shape takes the style of its definition: the presentation is written on it, not left to
+        // the style sheet.
+        out += "<g id=\"" + curvesId(lambdaMax) + "\" fill=\"none\" stroke=\"#9e9e9e\" font-size=\"9\">" +
+               plot.markupSince(mark) + "</g>";
+    }
+    return out + "</defs></svg>";
+}
+
 std::string bucklingChart(const ReportMember& m, const design::MemberOutcome* outcome)
 {
     struct Mark {
@@ -200,30 +238,22 @@ std::string bucklingChart(const ReportMember& m, const design::MemberOutcome* ou
     lambdaMax = std::min(lambdaMax, 6.0);
     SvgPlot plot("chart chart-buckling", chartWidth, chartHeight, {0.0, lambdaMax}, {0.0, 1.1});
     plot.axes("non-dimensional slenderness λ̄", "reduction factor χ");
-    using SteelDesign::BucklingCurve;
-    const BucklingCurve curves[] = {BucklingCurve::a0, BucklingCurve::a, BucklingCurve::b, BucklingCurve::c, BucklingCurve::d};
-    auto memberCurve = [&](Axis axis) {
-        return r && r->getChi(axis).hasValue() ? r->getBucklingCurveCompression(axis).valueOr(BucklingCurve::none)
-                                               : BucklingCurve::none;
-    };
-    constexpr int samples = 36;
-    for (const BucklingCurve c : curves) {
-        const double alpha = design::imperfectionFactor(c);
-        std::vector<std::pair<double, double>> points;
-        for (int i = 0; i <= samples; ++i) {
-            const double lambda = lambdaMax * i / samples;
-            points.emplace_back(lambda, design::reductionFactor(alpha, lambda));
-        }
-        const bool own = c == memberCurve(Axis::y) || c == memberCurve(Axis::z);
-        plot.polyline(points, own ? "curve own" : "curve");
-        const double atEnd = design::reductionFactor(alpha, lambdaMax * 0.92);
-        plot.text(lambdaMax * 0.92, atEnd, SteelDesign::toString(c), own ? "curve-label own" : "curve-label");
+    // The five curves are drawn once in the page for each range of slenderness (bucklingCurveDefinitions);
+    // the member's own curves are drawn again on top.
+    plot.raw("<use href=\"#" + curvesId(lambdaMax) + "\"/>");
+    SteelDesign::BucklingCurve drawn = SteelDesign::BucklingCurve::none;
+    for (const Axis axis : {Axis::y, Axis::z}) {
+        if (!r || !r->getChi(axis).hasValue()) continue;
+        const auto own = r->getBucklingCurveCompression(axis).valueOr(SteelDesign::BucklingCurve::none);
+        if (own == SteelDesign::BucklingCurve::none || own == drawn) continue;
+        plot.polyline(curvePoints(design::imperfectionFactor(own), lambdaMax), "curve own");
+        drawn = own;
     }
     // The lateral-torsional curve the member used (6.57 for the method for rolled sections).
     if (r && r->getChiLT().hasValue() && outcome->rolledMethod) {
         std::vector<std::pair<double, double>> points;
-        for (int i = 0; i <= samples; ++i) {
-            const double lambda = lambdaMax * i / samples;
+        for (int i = 0; i <= curveSamples; ++i) {
+            const double lambda = lambdaMax * i / curveSamples;
             points.emplace_back(lambda, design::reductionFactorLT(r->getAlpha(), lambda, r->getLambdaLT0(), r->getBeta()));
         }
         plot.polyline(points, "curve lt");
@@ -323,23 +353,42 @@ void inputsTable(std::string& out, const ReportMember& m, double fy)
     out += "</tbody></table>";
 }
 
+// The clause without the standard's name where it is EN 1993-1-1 (the table's heading says so).
+std::string_view clauseText(std::string_view clause)
+{
+    constexpr std::string_view main = "EN 1993-1-1 ";
+    return clause.substr(0, main.size()) == main ? clause.substr(main.size()) : clause;
+}
+
+// One row per line, the lines of a check under a heading row of that check; the cells in the order of
+// the heading (the page must stay small: a report of a thousand members holds seventy thousand lines).
 void traceTable(std::string& out, const std::vector<design::TraceLine>& lines)
 {
-    out += "<table class=\"trace\"><thead><tr><th>check</th><th>clause</th><th>quantity</th><th>formula</th>"
-           "<th>with numbers</th><th>result</th><th>verdict</th></tr></thead><tbody>";
+    out += "<table class=\"trace\"><thead><tr><th>clause (EN 1993-1-1 unless named)</th><th>quantity</th>"
+           "<th>formula</th><th>with numbers</th><th>result</th><th>verdict</th></tr></thead><tbody>";
+    std::string_view group;
     for (const design::TraceLine& t : lines) {
-        const std::string status = design::toString(t.status);
-        std::string css = "trace-line st-" + status;
-        std::replace(css.begin(), css.end(), ' ', '-');
-        out += "<tr " + attr("class", css) + ' ' + attr("data-check", t.check) + '>';
-        element(out, "td", "class=\"check\"", t.check);
-        element(out, "td", "class=\"clause\"", t.clause);
-        element(out, "td", "class=\"symbol\"", t.symbol);
-        element(out, "td", "class=\"formula\"", t.formula);
-        element(out, "td", "class=\"numbers\"", t.numbers);
-        element(out, "td", "class=\"result\"", t.result);
-        element(out, "td", "class=\"status\"", t.status == design::TraceStatus::Value ? "" : status);
-        out += "</tr>";
+        if (t.check != group) {
+            group = t.check;
+            out += "<tr class=\"group\"><th colspan=\"6\">";
+            appendEscaped(out, group);
+            out += "</th></tr>";
+        }
+        switch (t.status) {
+        case design::TraceStatus::Value: out += "<tr class=\"trace-line st-value\">"; break;
+        case design::TraceStatus::Fulfilled: out += "<tr class=\"trace-line st-fulfilled\">"; break;
+        case design::TraceStatus::NotFulfilled: out += "<tr class=\"trace-line st-not-fulfilled\">"; break;
+        case design::TraceStatus::NotVerified: out += "<tr class=\"trace-line st-not-verified\">"; break;
+        }
+        for (const std::string_view text : {clauseText(t.clause), std::string_view(t.symbol), std::string_view(t.formula),
+                                            std::string_view(t.numbers), std::string_view(t.result)}) {
+            out += "<td>";
+            appendEscaped(out, text);
+            out += "</td>";
+        }
+        out += "<td>";
+        if (t.status != design::TraceStatus::Value) out += design::toString(t.status);
+        out += "</td></tr>";
     }
     out += "</tbody></table>";
 }
@@ -348,17 +397,18 @@ void departuresTable(std::string& out, const design::Departures& departures)
 {
     if (departures.empty()) return;
     out += "<div class=\"departures\"><h3>Departures from EN 1993-1-1</h3><p>The library's value is the verdict of "
-           "record; the value to EN 1993-1-1 stands beside it.</p><table><thead><tr><th>rule</th><th>clause</th>"
-           "<th>check</th><th>library</th><th>EN 1993-1-1</th><th>when</th></tr></thead><tbody>";
+           "record; the value to EN 1993-1-1 stands beside it (each rule is explained under "
+           "<a href=\"#departure-rules\">Departures</a> at the end).</p><table><thead><tr><th>rule</th><th>clause</th>"
+           "<th>check</th><th>library</th><th>EN 1993-1-1</th></tr></thead><tbody>";
     for (const design::Departure& d : departures) {
         const design::DepartureInfo& info = design::infoOf(d.rule);
-        out += "<tr class=\"departure\">";
-        element(out, "td", "", info.name);
+        out += "<tr class=\"departure\"><td><a " + attr("href", std::string("#rule-") + info.name) + '>';
+        appendEscaped(out, info.name);
+        out += "</a></td>";
         element(out, "td", "", info.clause);
         element(out, "td", "", d.check);
         element(out, "td", "class=\"library\"", departureValue(d, d.library));
         element(out, "td", "class=\"en\"", departureValue(d, d.en));
-        element(out, "td", "class=\"when\"", info.when);
         out += "</tr>";
     }
     out += "</tbody></table></div>";
@@ -449,19 +499,21 @@ body{font:13px/1.4 "DejaVu Sans",Arial,sans-serif;color:var(--ink);margin:24px a
 h1{font-size:22px;margin:0 0 4px}h2{font-size:17px;margin:0 0 8px;border-bottom:2px solid #444;padding-bottom:3px}
 h3{font-size:14px;margin:14px 0 6px}
 table{border-collapse:collapse;margin:4px 0}th,td{padding:2px 7px;border-bottom:1px solid var(--grid);text-align:left;vertical-align:top}
-td.result,td[data-col=line],td[data-col=class],td[data-col$=tilization],table.results td{text-align:right;font-variant-numeric:tabular-nums}
+td[data-col=line],td[data-col=class],td[data-col$=tilization],table.results td{text-align:right;font-variant-numeric:tabular-nums}
 td.id,td[data-col=section],td[data-col=verdict]{white-space:nowrap}td[data-col=departures]{font-size:11px;color:#555;max-width:260px;word-break:break-word}
 .verdict{font-size:12px;padding:1px 6px;border-radius:3px;color:#fff;vertical-align:middle}
-.fulfilled,.st-fulfilled .status{color:var(--ok)}.not-fulfilled,.st-not-fulfilled .status{color:var(--fail)}
-.not-verified,.st-not-verified .status{color:var(--nv)}.rejected{color:var(--rej)}
+.fulfilled{color:var(--ok)}.not-fulfilled{color:var(--fail)}.not-verified{color:var(--nv)}.rejected{color:var(--rej)}
 .verdict.fulfilled{background:var(--ok);color:#fff}.verdict.not-fulfilled{background:var(--fail);color:#fff}
 .verdict.not-verified{background:var(--nv);color:#fff}.verdict.rejected{background:var(--rej);color:#fff}
 .cover dl{display:grid;grid-template-columns:max-content auto;gap:2px 14px}.cover dt{font-weight:bold}
 .counts span{margin-right:14px}
-table.trace{width:100%;font-size:12px}table.trace td.numbers{color:#333}table.trace td.check{color:#666}
+table.trace{width:100%;font-size:12px}table.trace td:nth-child(4){color:#333}table.trace td:nth-child(5){text-align:right;white-space:nowrap}
+table.trace tr.group th{background:#f3f3f3;font-weight:bold;padding-top:5px}table.trace td:nth-child(6){white-space:nowrap}
+.st-fulfilled td:nth-child(6){color:var(--ok)}.st-not-fulfilled td:nth-child(6){color:var(--fail);font-weight:bold}
+.st-not-verified td:nth-child(6),.st-not-verified td:nth-child(4){color:var(--nv)}
 section.member{margin:28px 0;page-break-before:always;break-before:page}
 .charts{display:flex;flex-wrap:wrap;gap:8px}.charts figure{margin:0}figcaption{font-size:11px;color:#555;max-width:330px}
-svg .grid line{stroke:var(--grid);stroke-width:1}svg .tick{font-size:9px;fill:#555}svg .title{font-size:10px;fill:#333}
+svg .grid path{stroke:var(--grid);stroke-width:1;fill:none}svg .tick{font-size:9px;fill:#555}svg .title{font-size:10px;fill:#333}
 svg .frame{fill:none;stroke:#999}svg line.zero{stroke:#777;stroke-width:1}svg .message{font-size:11px;fill:#777}
 svg .curve{fill:none;stroke:#9e9e9e;stroke-width:1}svg .curve.own{stroke:#1565c0;stroke-width:2}
 svg .curve.lt{stroke:#6a1b9a;stroke-width:2;stroke-dasharray:5 3}svg .curve-label{font-size:9px;fill:#777}
@@ -475,7 +527,8 @@ svg rect.bar.fulfilled{fill:var(--ok)}svg rect.bar.not-fulfilled{fill:var(--fail
 svg line.limit{stroke:var(--fail);stroke-width:1.5;stroke-dasharray:6 3}
 #members th{cursor:pointer;user-select:none}#members th.sorted-asc::after{content:" ▲"}#members th.sorted-desc::after{content:" ▼"}
 #filter{margin:6px 0;padding:3px 6px;width:280px}
-.departures table{font-size:12px}.departures td.en{font-weight:bold}
+.departures table{font-size:12px}.departures td.en{font-weight:bold}#departure-rules{break-before:page}
+#departure-rules dt{font-weight:bold;margin-top:6px}
 @page{size:A4;margin:14mm}
 @media print{body{margin:0;max-width:none;font-size:10.5px}#filter,.noprint{display:none}a{color:inherit;text-decoration:none}
  .charts figure{break-inside:avoid}table.trace tr{break-inside:avoid}}
@@ -629,6 +682,7 @@ void writeReport(std::ostream& out, const ReportHeader& header, const std::vecto
     page += "</title><style>";
     page += style;
     page += "</style></head><body>";
+    page += bucklingCurveDefinitions();
     page += "<header class=\"cover\" id=\"cover\"><h1>";
     appendEscaped(page, header.title);
     page += "</h1><dl><dt>model</dt><dd class=\"model\">";
@@ -681,6 +735,25 @@ void writeReport(std::ostream& out, const ReportHeader& header, const std::vecto
     page += "</tbody></table></section>";
     out << page;
     for (const std::string& s : sections) out << s;
+    // The departures that occur, each explained once.
+    std::uint32_t rules = 0;
+    for (const ReportMember& m : members) rules |= m.result.departures;
+    if (rules) {
+        std::string legend = "<section id=\"departure-rules\"><h2>Departures from EN 1993-1-1</h2><p>Where a rule of the "
+                             "library departs from EN 1993-1-1, the library's value is the verdict of record and the EN "
+                             "value is shown beside it.</p><dl class=\"rules\">";
+        for (const design::DepartureInfo& info : design::departureTable()) {
+            if (!(rules & (1u << static_cast<unsigned>(info.rule)))) continue;
+            legend += "<dt " + attr("id", std::string("rule-") + info.name) + '>';
+            appendEscaped(legend, std::string(info.name) + " (" + info.clause + ")");
+            legend += "</dt><dd>";
+            appendEscaped(legend, info.when);
+            legend += "<br>EN 1993-1-1: ";
+            appendEscaped(legend, info.en);
+            legend += "</dd>";
+        }
+        out << legend << "</dl></section>";
+    }
     out << "<footer class=\"noprint\"><p>steeldesign design report</p></footer><script>" << script
         << "</script></body></html>\n";
 }

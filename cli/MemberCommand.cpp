@@ -53,6 +53,7 @@ struct MemberCommandOptions {
     MemberOptions member;
     bool json = false;
     std::string html;
+    bool trace = false;
 };
 
 nlohmann::json finiteOrNull(double value) { return std::isfinite(value) ? nlohmann::json(value) : nlohmann::json(nullptr); }
@@ -144,6 +145,7 @@ nlohmann::json memberJson(const SDBSection& section, const KaConstrSteel& steel,
         {"notVerified", outcome.limitations ? nlohmann::json(design::describeAll(outcome.limitations))
                                             : nlohmann::json(nullptr)},
         {"departures", departuresJson(departures)},
+        {"trace", traceJson(design::traceMember(request, outcome))},
         {"Ncr", flexural ? axes(r.getNcr(Axis::y), r.getNcr(Axis::z)) : nullAxes},
         {"lambda", flexural ? axes(r.getLambda(Axis::y), r.getLambda(Axis::z)) : nullAxes},
         {"chi", {{"y", opt(r.getChi(Axis::y))}, {"z", opt(r.getChi(Axis::z))}}},
@@ -300,6 +302,7 @@ void run(const MemberCommandOptions& options, CommandResult& result)
             std::cout << "error code " << static_cast<int>(r.getErrorCode()) << ": "
                       << SteelDesign::describe(r.getErrorCode()) << " (the flexural checks run regardless)\n";
         std::cout << departuresBlock(departures);
+        if (options.trace) std::cout << traceText(design::traceMember(request, outcome)) << '\n';
         if (notApplicable)
             std::cout << "verdict: no member check applies to these actions (the member check covers compression, "
                          "bending about y and both together; tension alone is a cross-section check)\n";
@@ -331,6 +334,7 @@ void registerMemberCommand(CLI::App& app, CommandResult& result)
     sub->add_flag("--json", options->json, "machine-readable output (SI units: m, kN, kNm, kN/m2)");
     sub->add_option("--html", options->html,
                     "also write the design report (member and cross-section checks) to this HTML file");
+    sub->add_flag("--trace", options->trace, "print the calculation: each step with its clause, formula and numbers");
     sub->callback([options, &result] { run(*options, result); });
 }
 

@@ -99,4 +99,39 @@ nlohmann::json departuresJson(const design::Departures& departures)
     return list;
 }
 
+std::string traceText(const std::vector<design::TraceLine>& lines)
+{
+    constexpr std::string_view main = "EN 1993-1-1 ";
+    std::string out = "\ncalculation (clauses of EN 1993-1-1 unless named)\n";
+    std::string_view group;
+    for (const design::TraceLine& t : lines) {
+        if (t.check != group) {
+            group = t.check;
+            out += "  " + t.check + "\n";
+        }
+        const std::string_view clause =
+            std::string_view(t.clause).substr(0, main.size()) == main ? std::string_view(t.clause).substr(main.size()) : t.clause;
+        out += "    [" + std::string(clause) + "] " + t.symbol + " = " + t.formula + " = " + t.numbers + " = " + t.result;
+        if (t.status != design::TraceStatus::Value) out += std::string("  ") + design::toString(t.status);
+        out += '\n';
+    }
+    return out;
+}
+
+nlohmann::json traceJson(const std::vector<design::TraceLine>& lines)
+{
+    nlohmann::json list = nlohmann::json::array();
+    for (const design::TraceLine& t : lines) {
+        list.push_back({{"check", t.check},
+                        {"clause", t.clause},
+                        {"symbol", t.symbol},
+                        {"formula", t.formula},
+                        {"numbers", t.numbers},
+                        {"result", t.result},
+                        {"value", std::isfinite(t.value) ? nlohmann::json(t.value) : nlohmann::json(nullptr)},
+                        {"status", design::toString(t.status)}});
+    }
+    return list;
+}
+
 } // namespace cli

@@ -7,12 +7,14 @@
 #include <SteelDesign/Nullable.h>
 
 #include <design/Departures.h>
+#include <design/Trace.h>
 #include <design/Verdict.h>
 
 #include <nlohmann/json.hpp>
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace cli {
 
@@ -37,5 +39,11 @@ std::string departuresBlock(const design::Departures& departures);
 std::string departureValue(const design::Departure& departure, double value);
 // The JSON list of departures: {rule, clause, check, library, en}.
 nlohmann::json departuresJson(const design::Departures& departures);
+
+// The calculation trace as text, a line per step under a heading per check:
+// "  6.2.4 (6.10)  N_c,Rd = A fy / gamma_M0 = 53.81 cm² · 355 N/mm² / 1.00 = 1910.26 kN".
+std::string traceText(const std::vector<design::TraceLine>& lines);
+// The trace as JSON: a list of {check, clause, symbol, formula, numbers, result, value, status}.
+nlohmann::json traceJson(const std::vector<design::TraceLine>& lines);
 
 } // namespace cli

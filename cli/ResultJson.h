@@ -21,11 +21,12 @@ namespace cli {
 // Dimensions and properties of a section (m-based SI units).
 nlohmann::json sectionJson(const SDBSection& section);
 
-// The cross-section check of `check --json`.
-nlohmann::json checkJson(const SDBSection& section, const KaConstrSteel& steel,
+// The cross-section check of `check --json`, with its calculation trace.
+nlohmann::json checkJson(const SDBSection& section, const KaConstrSteel& steel, const design::CrossSectionRequest& request,
                          const design::CrossSectionOutcome& outcome, const design::Departures& departures);
 
-// The member checks of `member --json` ("verdict": "not applicable" when nothing needed a member check).
+// The member checks of `member --json` ("verdict": "not applicable" when nothing needed a member check),
+// with their calculation trace.
 nlohmann::json memberJson(const SDBSection& section, const KaConstrSteel& steel, const design::MemberRequest& request,
                           const design::MemberOutcome& outcome, const design::Departures& departures);
 

@@ -73,19 +73,21 @@ double SvgPlot::py(double y) const { return height_ - bottom_ - (y - y_.min) / (
 void SvgPlot::axes(std::string_view xTitle, std::string_view yTitle, int ticks, int xTicks)
 {
     const double x0 = left_, x1 = width_ - right_, y0 = height_ - bottom_, y1 = top_;
-    out_ += "<g class=\"grid\">";
+    // The grid as one path, the tick labels beside it.
+    std::string grid, labels;
     for (double t : niceTicks(x_.min, x_.max, xTicks < 0 ? ticks : xTicks)) {
-        const std::string p = chartNumber(px(t));
-        out_ += "<line x1=\"" + p + "\" y1=\"" + chartNumber(y1) + "\" x2=\"" + p + "\" y2=\"" + chartNumber(y0) + "\"/>";
-        out_ += "<text class=\"tick\" x=\"" + p + "\" y=\"" + chartNumber(y0 + 13) + "\" text-anchor=\"middle\">" +
-                chartNumber(t, 3) + "</text>";
+        const std::string p = chartNumber(px(t), 0);
+        grid += 'M' + p + ' ' + chartNumber(y1, 0) + 'V' + chartNumber(y0, 0);
+        labels += "<text x=\"" + p + "\" y=\"" + chartNumber(y0 + 13, 0) + "\" text-anchor=\"middle\">" + chartNumber(t, 3) +
+                  "</text>";
     }
     for (double t : niceTicks(y_.min, y_.max, ticks)) {
-        const std::string p = chartNumber(py(t));
-        out_ += "<line x1=\"" + chartNumber(x0) + "\" y1=\"" + p + "\" x2=\"" + chartNumber(x1) + "\" y2=\"" + p + "\"/>";
-        out_ += "<text class=\"tick\" x=\"" + chartNumber(x0 - 4) + "\" y=\"" + chartNumber(py(t) + 3.5) +
-                "\" text-anchor=\"end\">" + chartNumber(t, 3) + "</text>";
+        const std::string p = chartNumber(py(t), 0);
+        grid += 'M' + chartNumber(x0, 0) + ' ' + p + 'H' + chartNumber(x1, 0);
+        labels += "<text x=\"" + chartNumber(x0 - 4, 0) + "\" y=\"" + chartNumber(py(t) + 3.5, 0) + "\" text-anchor=\"end\">" +
+                  chartNumber(t, 3) + "</text>";
     }
+    out_ += "<g class=\"grid\"><path d=\"" + grid + "\"/></g><g class=\"tick\">" + labels;
     out_ += "</g><g class=\"axis\">";
     if (x_.min <= 0.0 && x_.max >= 0.0) line(0.0, y_.min, 0.0, y_.max, "zero");
     if (y_.min <= 0.0 && y_.max >= 0.0) line(x_.min, 0.0, x_.max, 0.0, "zero");
@@ -118,7 +120,8 @@ void SvgPlot::polyline(const std::vector<std::pair<double, double>>& points, std
     for (const auto& [x, y] : points) {
         if (!first) out_ += ' ';
         first = false;
-        out_ += chartNumber(px(x)) + ',' + chartNumber(py(y));
+        // Whole pixels: a chart is a few hundred px wide, and the page stays small.
+        out_ += chartNumber(px(x), 0) + ',' + chartNumber(py(y), 0);
     }
     out_ += "\"/>";
 }

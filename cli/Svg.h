@@ -36,7 +36,7 @@ public:
     void axes(std::string_view xTitle, std::string_view yTitle, int ticks = 5, int xTicks = -1);
     void line(double x1, double y1, double x2, double y2, std::string_view cssClass);
     void polyline(const std::vector<std::pair<double, double>>& points, std::string_view cssClass, bool closed = false);
-    // A `use` of a shape defined once in the page (in data coordinates mapped by the given transform).
+    // Markup as it is (a `use` of a shape defined once in the page).
     void raw(std::string_view markup);
     // A point with a label beside it and a tooltip.
     void point(double x, double y, std::string_view cssClass, std::string_view label, std::string_view title);
@@ -48,6 +48,10 @@ public:
     void message(std::string_view content);
 
     std::string finish();
+
+    // The markup written since a mark (for shapes defined once and used by many charts).
+    std::size_t mark() const { return out_.size(); }
+    std::string markupSince(std::size_t mark) const { return out_.substr(mark); }
 
 private:
     std::string out_;

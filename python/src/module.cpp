@@ -104,7 +104,7 @@ py::object check(const std::string& name, const std::string& steelGrade, double 
     const design::CrossSectionRequest request{section.get(), &steel, forcesOf(N, My, Mz, Mt, Vy, Vz).toForces(),
                                               gammaM0, elastic};
     const design::CrossSectionOutcome outcome = design::evaluateCrossSection(request);
-    return toPython(cli::checkJson(*section, steel, outcome, design::findDepartures(request, outcome)));
+    return toPython(cli::checkJson(*section, steel, request, outcome, design::findDepartures(request, outcome)));
 }
 
 std::string momentsText(const char* name, const std::optional<std::vector<double>>& values)

@@ -42,6 +42,21 @@ class Result:
     def to_dict(self):
         return dict(self._values)
 
+    def trace_text(self):
+        """The calculation trace as `steeldesign check --trace` and `member --trace` print it."""
+        main = "EN 1993-1-1 "
+        lines, group = ["", "calculation (clauses of EN 1993-1-1 unless named)"], None
+        for t in self._values.get("trace") or []:
+            if t["check"] != group:
+                group = t["check"]
+                lines.append("  " + group)
+            clause = t["clause"][len(main):] if t["clause"].startswith(main) else t["clause"]
+            line = f"    [{clause}] {t['symbol']} = {t['formula']} = {t['numbers']} = {t['result']}"
+            if t["status"] != "value":
+                line += "  " + t["status"]
+            lines.append(line)
+        return "\n".join(lines) + "\n"
+
     def __eq__(self, other):
         return isinstance(other, Result) and self._values == other._values
 

@@ -1,0 +1,267 @@
+"""The design report of the example model, rendered in headless Chromium.
+
+The page must load without a console message, hold one overview bar per evaluated member, and per member
+its trace lines and three charts; every number of its tables is the text of the same cell of
+`steeldesign batch --format csv`. A report of 1,000 members stays under 20 MB, and the safety rules of the
+command's files hold (never the input file, nothing half-written).
+"""
+
+import csv
+import os
+import shutil
+import subprocess
+from html.parser import HTMLParser
+from pathlib import Path
+
+import pytest
+
+CLI = os.environ["STEELDESIGN_CLI"]
+SOURCE = Path(os.environ["STEELDESIGN_SOURCE_DIR"])
+WORK = Path(os.environ.get("REPORT_TEST_DIR", "/tmp")) / "report-test"
+EXAMPLE = SOURCE / "examples" / "frames.csv"
+
+CHROMIUM_FLAGS = [
+    "--headless", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run",
+    "--disable-background-networking", "--disable-component-update", "--disable-sync",
+    "--disable-dev-shm-usage", "--enable-logging=stderr", "--v=0",
+]
+
+
+def chromium():
+    for name in ("chromium", "chromium-browser"):
+        path = shutil.which(name)
+        if path:
+            return path
+    pytest.fail("Chromium is needed for the report's browser test: `make deps` installs Debian's chromium")
+
+
+def run_cli(*args, check_codes=(0, 1, 3)):
+    done = subprocess.run([CLI, *map(str, args)], capture_output=True, text=True, timeout=300)
+    assert done.returncode in check_codes, done.stderr
+    return done
+
+
+def render(page: Path, profile: str, extra=("--dump-dom",)):
+    """The DOM after the page's scripts ran, and Chromium's console lines."""
+    done = subprocess.run(
+        [chromium(), *CHROMIUM_FLAGS, f"--user-data-dir={WORK / profile}", *extra, page.resolve().as_uri()],
+        capture_output=True, text=True, timeout=180)
+    console = [line for line in done.stderr.splitlines() if ":CONSOLE" in line]
+    return done.stdout, console
+
+
+class Dom(HTMLParser):
+    """The elements the test reads: a flat list of (tag, attributes, text, path of enclosing elements)."""
+
+    VOID = {"meta", "input", "br", "img", "link", "hr"}
+
+    def __init__(self, text):
+        super().__init__(convert_charrefs=True)
+        self.elements = []
+        self.stack = []
+        self.feed(text)
+
+    def handle_starttag(self, tag, attrs):
+        element = {"tag": tag, "attrs": dict(attrs), "text": "", "parents": list(self.stack)}
+        self.elements.append(element)
+        if tag not in self.VOID:
+            self.stack.append(element)
+
+    def handle_startendtag(self, tag, attrs):
+        self.elements.append({"tag": tag, "attrs": dict(attrs), "text": "", "parents": list(self.stack)})
+
+    def handle_endtag(self, tag):
+        if any(e["tag"] == tag for e in self.stack):
+            while self.stack.pop()["tag"] != tag:
+                pass
+
+    def handle_data(self, data):
+        for element in self.stack:
+            element["text"] += data
+
+    def find(self, tag=None, cls=None, within=None, **attrs):
+        found = []
+        for e in self.elements:
+            if tag and e["tag"] != tag:
+                continue
+            if cls and cls not in e["attrs"].get("class", "").split():
+                continue
+            if any(e["attrs"].get(k.replace("_", "-")) != v for k, v in attrs.items()):
+                continue
+            if within is not None and not any(p is within for p in e["parents"]):
+                continue
+            found.append(e)
+        return found
+
+
+@pytest.fixture(scope="module")
+def example():
+    WORK.mkdir(parents=True, exist_ok=True)
+    batch = WORK / "frames-results.csv"
+    report = WORK / "frames-report.html"
+    for f in (batch, report):
+        f.unlink(missing_ok=True)
+    run_cli("batch", EXAMPLE, "--format", "csv", "--out", batch)
+    run_cli("report", EXAMPLE, "--out", report)
+    with open(batch, newline="") as f:
+        rows = list(csv.DictReader(f))
+    text, console = render(report, "profile-dom")
+    return {"rows": rows, "dom": Dom(text), "console": console, "report": report}
+
+
+def test_page_loads_without_console_messages_and_its_script_ran(example):
+    assert example["console"] == []
+    body = example["dom"].find("body")[0]
+    assert body["attrs"].get("data-script") == "ready"
+    assert "data-errors" not in body["attrs"]
+
+
+def test_report_is_self_contained(example):
+    text = example["report"].read_text()
+    for external in ("http://", "https://", "src=", "@import", "url("):
+        # the SVG namespace is the one address a page may name; it is never fetched
+        assert external not in text.replace('xmlns="http://www.w3.org/2000/svg"', ""), external
+    assert "@media print" in text and "size:A4" in text
+
+
+def test_overview_has_one_bar_per_member_sorted_and_coloured_by_verdict(example):
+    dom, rows = example["dom"], example["rows"]
+    chart = dom.find("svg", cls="overview-chart")
+    assert len(chart) == 1
+    bars = dom.find("rect", cls="bar", within=chart[0])
+    checked = [r for r in rows if r["status"] != "rejected"]
+    assert len(bars) == len(checked) == 51
+    assert sorted(b["attrs"]["data-member"] for b in bars) == sorted(r["id"] for r in checked)
+    verdict_of = {r["id"]: r["verdict"] for r in checked}
+    for b in bars:
+        assert b["attrs"]["data-verdict"] == verdict_of[b["attrs"]["data-member"]]
+        assert b["attrs"]["class"].split()[1] == verdict_of[b["attrs"]["data-member"]].replace(" ", "-")
+    # Highest first: the heights never grow from left to right.
+    heights = [float(b["attrs"]["height"]) for b in bars]
+    assert heights == sorted(heights, reverse=True)
+
+
+def test_each_member_has_its_trace_lines_and_three_charts(example):
+    dom, rows = example["dom"], example["rows"]
+    sections = dom.find("section", cls="member")
+    assert [s["attrs"]["data-member"] for s in sections] == [r["id"] for r in rows]
+    for section, row in zip(sections, rows):
+        lines = dom.find("tr", cls="trace-line", within=section)
+        assert len(lines) >= 5, row["id"]
+        groups = [g["text"] for g in dom.find("tr", cls="group", within=section)]
+        assert groups[0] == "classification", row["id"]
+        if row["memberCompression"]:
+            assert "flexural buckling" in groups, row["id"]
+        for line in lines:
+            cells = dom.find("td", within=line)
+            # clause, quantity, formula, with numbers, result, verdict
+            assert len(cells) == 6, row["id"]
+            clause = cells[0]["text"]
+            assert clause[0].isdigit() or clause.startswith(("Table", "Annex", "EN 1993-1-5")), (row["id"], clause)
+            assert cells[1]["text"] and cells[4]["text"], (row["id"], clause)
+        for chart in ("chart-interaction", "chart-buckling", "chart-moments"):
+            assert len(dom.find("svg", cls=chart, within=section)) == 1, (row["id"], chart)
+        assert section["attrs"]["data-verdict"] == row["verdict"]
+        # A member the checks left unverified says why, in the member's own words.
+        if row["verdict"] == "not verified":
+            note = dom.find("p", cls="not-verified", within=section)
+            assert note and row["reason"] in note[0]["text"]
+            assert dom.find("tr", cls="st-not-verified", within=section), row["id"]
+        if row["verdict"] == "not fulfilled":
+            assert dom.find("tr", cls="st-not-fulfilled", within=section), row["id"]
+
+
+def test_numbers_in_the_page_are_the_batch_output(example):
+    dom, rows = example["dom"], example["rows"]
+    table = dom.find("table", id="members")[0]
+    table_rows = dom.find("tr", within=table)[1:]
+    assert len(table_rows) == len(rows)
+    compared = 0
+    for tr, row in zip(table_rows, rows):
+        assert tr["attrs"]["data-member"] == row["id"]
+        for td in dom.find("td", within=tr):
+            column = td["attrs"].get("data-col")
+            if column:
+                assert td["text"] == row[column], (row["id"], column)
+                compared += 1
+    for section, row in zip(dom.find("section", cls="member"), rows):
+        for td in dom.find("td", within=section):
+            column = td["attrs"].get("data-col")
+            if column:
+                assert td["text"] == row[column], (row["id"], column)
+                compared += 1
+        # Every utilization the batch computed is in the member's results.
+        shown = {td["attrs"]["data-col"] for td in dom.find("td", within=section) if "data-col" in td["attrs"]}
+        for column in ("Axial", "Bending", "governingUtilization", "memberBending"):
+            assert (row[column] != "") == (column in shown), (row["id"], column)
+    assert compared > 51 * 12
+    counts = {e["attrs"]["data-count"]: e["text"] for e in dom.find("span") if "data-count" in e["attrs"]}
+    assert counts["fulfilled"] == "fulfilled %d" % sum(r["verdict"] == "fulfilled" for r in rows)
+    assert counts["not verified"] == "not verified %d" % sum(r["verdict"] == "not verified" for r in rows)
+
+
+def test_screenshot_renders(example):
+    shot = WORK / "overview.png"
+    shot.unlink(missing_ok=True)
+    _, console = render(example["report"], "profile-shot", ("--window-size=1200,1600", f"--screenshot={shot}"))
+    assert console == []
+    assert shot.stat().st_size > 20000
+
+
+def test_report_of_1000_members_stays_under_20_mb():
+    lines = EXAMPLE.read_text().splitlines()
+    header, body = lines[0], lines[1:]
+    model = WORK / "model-1000.csv"
+    rows = [body[i % len(body)] for i in range(1000)]
+    model.write_text("\n".join([header, *rows]) + "\n")
+    report = WORK / "report-1000.html"
+    run_cli("report", model, "--out", report)
+    assert report.stat().st_size < 20 * 1024 * 1024
+    text = report.read_text()
+    assert text.count('<section class="member"') == 1000
+
+
+def test_check_and_member_write_the_same_numbers_as_their_json(tmp_path):
+    import json
+    page = tmp_path / "check.html"
+    run_cli("check", "IPE 300", "--steel", "S355", "--N", "-300", "--My", "80", "--Vz", "60", "--html", page)
+    dom = Dom(page.read_text())
+    values = {td["attrs"]["data-col"]: td["text"] for td in dom.find("td") if "data-col" in td["attrs"]}
+    data = json.loads(run_cli("check", "IPE 300", "--steel", "S355", "--N", "-300", "--My", "80", "--Vz", "60",
+                              "--json").stdout)
+    for name in ("Axial", "Bending", "Shear", "AxialBending"):
+        assert float(values[name]) == pytest.approx(data["utilizations"][name], rel=1e-5)
+    assert values["verdict"] == data["verdict"]
+    assert not dom.find("svg", cls="chart-buckling")[0]["attrs"].get("data-member")
+
+    page = tmp_path / "member.html"
+    args = ("member", "HEB 300", "--steel", "S235", "--lcr-y", "8", "--lcr-z", "5.6", "--N", "-2000")
+    run_cli(*args, "--html", page)
+    dom = Dom(page.read_text())
+    values = {td["attrs"]["data-col"]: td["text"] for td in dom.find("td") if "data-col" in td["attrs"]}
+    data = json.loads(run_cli(*args, "--json").stdout)
+    assert float(values["memberCompression"]) == pytest.approx(data["utilizations"]["Compression"], rel=1e-5)
+
+
+def test_bad_outputs_are_refused_and_nothing_is_overwritten(tmp_path):
+    model = tmp_path / "model.csv"
+    shutil.copy(EXAMPLE, model)
+    before = model.read_bytes()
+    done = run_cli("report", model, "--out", model, check_codes=(2,))
+    assert "--out" in done.stderr and "input file" in done.stderr
+    link = tmp_path / "link.html"
+    link.symlink_to(model)
+    run_cli("report", model, "--out", link, check_codes=(2,))
+    assert model.read_bytes() == before
+    run_cli("report", tmp_path, "--out", tmp_path / "r.html", check_codes=(2,))
+    run_cli("report", model, "--out", tmp_path, check_codes=(2,))
+    assert not (tmp_path / "r.html").exists()
+    # A previous report stays as it was when the new one cannot be made.
+    old = tmp_path / "old.html"
+    old.write_text("previous report")
+    bad = tmp_path / "bad.csv"
+    bad.write_text("id,section\nA,IPE 300\n")
+    run_cli("report", bad, "--out", old, check_codes=(2,))
+    assert old.read_text() == "previous report"
+    assert not list(tmp_path.glob("*.part"))
+    run_cli("check", "IPE 300", "--html", tmp_path, check_codes=(2,))
