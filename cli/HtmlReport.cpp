@@ -360,35 +360,45 @@ std::string_view clauseText(std::string_view clause)
     return clause.substr(0, main.size()) == main ? clause.substr(main.size()) : clause;
 }
 
-// One row per line, the lines of a check under a heading row of that check; the cells in the order of
-// the heading (the page must stay small: a report of a thousand members holds seventy thousand lines).
+// One row per line, the lines of a check under a heading row of that check, consecutive lines that say
+// the same (the four outstands of an I section) once with their count. The end tags of cells and rows
+// are left out, as HTML allows: a report of a thousand members holds seventy thousand lines.
 void traceTable(std::string& out, const std::vector<design::TraceLine>& lines)
 {
-    out += "<table class=\"trace\"><thead><tr><th>clause (EN 1993-1-1 unless named)</th><th>quantity</th>"
-           "<th>formula</th><th>with numbers</th><th>result</th><th>verdict</th></tr></thead><tbody>";
+    out += "<table class=\"trace\"><thead><tr><th>clause (EN 1993-1-1 unless named)<th>quantity<th>formula"
+           "<th>with numbers<th>result<th>verdict</thead><tbody>";
     std::string_view group;
-    for (const design::TraceLine& t : lines) {
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        const design::TraceLine& t = lines[i];
+        auto same = [&t](const design::TraceLine& o) {
+            return o.check == t.check && o.clause == t.clause && o.symbol == t.symbol && o.numbers == t.numbers &&
+                   o.result == t.result && o.status == t.status;
+        };
+        std::size_t repeats = 1;
+        while (i + repeats < lines.size() && same(lines[i + repeats])) ++repeats;
         if (t.check != group) {
             group = t.check;
             out += "<tr class=\"group\"><th colspan=\"6\">";
             appendEscaped(out, group);
-            out += "</th></tr>";
         }
         switch (t.status) {
-        case design::TraceStatus::Value: out += "<tr class=\"trace-line st-value\">"; break;
+        case design::TraceStatus::Value: out += "<tr class=\"trace-line\">"; break;
         case design::TraceStatus::Fulfilled: out += "<tr class=\"trace-line st-fulfilled\">"; break;
         case design::TraceStatus::NotFulfilled: out += "<tr class=\"trace-line st-not-fulfilled\">"; break;
         case design::TraceStatus::NotVerified: out += "<tr class=\"trace-line st-not-verified\">"; break;
         }
-        for (const std::string_view text : {clauseText(t.clause), std::string_view(t.symbol), std::string_view(t.formula),
-                                            std::string_view(t.numbers), std::string_view(t.result)}) {
+        out += "<td>";
+        appendEscaped(out, clauseText(t.clause));
+        out += "<td>";
+        appendEscaped(out, t.symbol);
+        if (repeats > 1) out += " (" + std::to_string(repeats) + " alike)";
+        for (const std::string* text : {&t.formula, &t.numbers, &t.result}) {
             out += "<td>";
-            appendEscaped(out, text);
-            out += "</td>";
+            appendEscaped(out, *text);
         }
         out += "<td>";
         if (t.status != design::TraceStatus::Value) out += design::toString(t.status);
-        out += "</td></tr>";
+        i += repeats - 1;
     }
     out += "</tbody></table>";
 }
