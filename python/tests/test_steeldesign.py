@@ -71,6 +71,17 @@ def test_check_and_member_equal_the_command_on_the_example(index):
     assert result.to_dict() == command_json("member", *member_args)
 
 
+def test_trace_prints_as_the_command_prints_it():
+    result = sd.check("IPE 300", "S355", N=-300, My=80, Vz=60)
+    assert result.trace[0]["check"] == "classification"
+    assert any(t["symbol"] == "N_Ed / N_c,Rd" and t["status"] == "fulfilled" for t in result.trace)
+    run = subprocess.run([CLI, "check", "IPE 300", "--steel", "S355", "--N", "-300", "--My", "80", "--Vz", "60",
+                          "--trace"], capture_output=True, text=True)
+    assert result.trace_text() in run.stdout
+    member = sd.member("HEB 200", "S235", N=-500, length=4)
+    assert "flexural buckling" in member.trace_text()
+
+
 @pytest.mark.parametrize("kwargs, args", [
     (dict(length=6.0, moments_y=[60, 30, 0]), ["--length", "6", "--moments-y", "60,30,0"]),
     (dict(length=5.0, uniform_load=20.0, load_height="top"), ["--length", "5", "--uniform-load", "20", "--load-height", "top"]),
