@@ -44,7 +44,9 @@ build: deps
 # The example model: the exit code 1 of `batch` (some members not fulfilled) is a result, not a failure.
 example: build
 	@./$(BUILD)/steeldesign batch examples/frames.csv --format csv --out $(BUILD)/frames-results.csv; \
-	  rc=$$?; echo "results: $(BUILD)/frames-results.csv (exit code $$rc)"; [ $$rc -le 1 ]
+	  rc=$$?; echo "results: $(BUILD)/frames-results.csv (exit code $$rc)"; [ $$rc -le 1 ] || exit 1; \
+	  ./$(BUILD)/steeldesign report examples/frames.csv --out $(BUILD)/frames-report.html > /dev/null; \
+	  rc=$$?; echo "design report: $(BUILD)/frames-report.html"; [ $$rc -le 1 ]
 
 # The Python module, importable with PYTHONPATH=$(BUILD)/python (built by `build` too).
 python: build

@@ -48,9 +48,9 @@ std::vector<double> niceTicks(double min, double max, int count)
     const double raw = (max - min) / count;
     const double magnitude = std::pow(10.0, std::floor(std::log10(raw)));
     const double fraction = raw / magnitude;
-    const double step = (fraction <= 1.0 ? 1.0 : fraction <= 2.0 ? 2.0 : fraction <= 5.0 ? 5.0 : 10.0) * magnitude;
-    for (double t = std::ceil(min / step) * step; t <= max + 1e-9 * step; t += step)
-        ticks.push_back(std::fabs(t) < 1e-9 * step ? 0.0 : t);
+    // The round step nearest to the range over the count: 1, 2 or 5 times a power of ten.
+    const double step = (fraction < 1.5 ? 1.0 : fraction < 3.0 ? 2.0 : fraction < 7.0 ? 5.0 : 10.0) * magnitude;
+    for (double k = std::ceil(min / step - 1e-9); k * step <= max + 1e-9 * step; k += 1.0) ticks.push_back(k == 0.0 ? 0.0 : k * step);
     return ticks;
 }
 

@@ -1,0 +1,116 @@
+// The HTML report's building blocks: escaping of every text from outside, the ticks of the charts, and
+// what the page says of rows that were rejected or gave a utilization that is not finite.
+
+#include "../cli/HtmlReport.h"
+#include "../cli/OutputFile.h"
+#include "../cli/Options.h"
+#include "../cli/Svg.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+namespace {
+
+using namespace cli;
+
+TEST(ReportHtml, TextsFromOutsideAreEscaped)
+{
+    EXPECT_EQ(htmlEscape("<script>alert('x')</script> & \"y\""),
+              "&lt;script&gt;alert(&#39;x&#39;)&lt;/script&gt; &amp; &quot;y&quot;");
+    // A member id from a batch file cannot open an element of its own in the page.
+    std::istringstream in("id,section,steel,N,My,Mz,Mt,Vy,Vz,length\n"
+                          "\"<img src=x onerror=alert(1)>\",IPE 300,S355,-100,50,0,0,0,20,4\n");
+    BatchReader reader(in);
+    std::vector<BatchRow> rows;
+    ASSERT_TRUE(reader.next(rows, 10));
+    std::vector<ReportMember> members{reportMember(rows[0])};
+    std::ostringstream page;
+    writeReport(page, {"t", "m.csv", "2026-11-24"}, members, 1);
+    EXPECT_EQ(page.str().find("<img"), std::string::npos);
+    EXPECT_NE(page.str().find("&lt;img src=x onerror=alert(1)&gt;"), std::string::npos);
+}
+
+void expectTicks(const std::vector<double>& ticks, const std::vector<double>& expected)
+{
+    ASSERT_EQ(ticks.size(), expected.size());
+    for (std::size_t i = 0; i < ticks.size(); ++i) EXPECT_NEAR(ticks[i], expected[i], 1e-12 * (1.0 + std::fabs(expected[i])));
+}
+
+// The step nearest to range / count among 1, 2 and 5 times a power of ten: 1.2 / 5 = 0.24 -> 0.2;
+// 2529 / 5 = 506 -> 500; 2.5 / 5 = 0.5.
+TEST(ReportHtml, TicksFallOnRoundValues)
+{
+    expectTicks(niceTicks(0.0, 1.2, 5), {0.0, 0.2, 0.4, 0.6, 0.8, 1.0, 1.2});
+    expectTicks(niceTicks(-1264.5, 1264.5, 5), {-1000.0, -500.0, 0.0, 500.0, 1000.0});
+    expectTicks(niceTicks(0.0, 2.5, 5), {0.0, 0.5, 1.0, 1.5, 2.0, 2.5});
+    EXPECT_TRUE(niceTicks(1.0, 1.0, 5).empty());
+    EXPECT_EQ(chartNumber(12.50, 2), "12.5");
+    EXPECT_EQ(chartNumber(-0.04, 1), "0");
+    EXPECT_EQ(chartNumber(300.0, 1), "300");
+}
+
+// A rejected row keeps its line, field and message and has no bar; the counts say how many.
+TEST(ReportHtml, RejectedRowsAreListedWithTheirReasonAndHaveNoBar)
+{
+    std::istringstream in("id,section,steel,N,My,Mz,Mt,Vy,Vz,length\n"
+                          "A,IPE 300,S355,-100,50,0,0,0,20,4\n"
+                          "B,IPE 999,S355,-100,50,0,0,0,20,4\n");
+    BatchReader reader(in);
+    std::vector<BatchRow> rows;
+    ASSERT_TRUE(reader.next(rows, 10));
+    std::vector<ReportMember> members;
+    for (const BatchRow& row : rows) members.push_back(reportMember(row));
+    ASSERT_TRUE(members[1].result.rejected);
+    std::ostringstream out;
+    writeReport(out, {"t", "m.csv", "2026-11-24"}, members, 2);
+    const std::string page = out.str();
+    EXPECT_NE(page.find("data-count=\"rejected\">rejected 1<"), std::string::npos);
+    EXPECT_NE(page.find("<p class=\"rejected\">line 3: section: "), std::string::npos);
+    EXPECT_NE(page.find("data-member=\"A\" data-verdict"), std::string::npos);  // A's bar
+    EXPECT_EQ(page.find("class=\"bar rejected\""), std::string::npos);
+}
+
+// The report of a member equals a batch row of the same inputs: one evaluation for both.
+TEST(ReportHtml, MemberOfTheCommandsEqualsTheBatchRow)
+{
+    std::istringstream in("id,section,steel,N,My,Mz,Mt,Vy,Vz,length,MyStart,MyMid,MyEnd\n"
+                          "A,HEB 300,S235,-900,120,0,0,0,40,6,0,60,120\n");
+    BatchReader reader(in);
+    std::vector<BatchRow> rows;
+    ASSERT_TRUE(reader.next(rows, 10));
+    const ReportMember fromRow = reportMember(rows[0]);
+    ASSERT_TRUE(fromRow.member);
+    const ReportMember direct = reportMember(2, "A", fromRow.section, fromRow.steel, fromRow.cross, fromRow.member);
+    EXPECT_EQ(direct.result.governingUtilization, fromRow.result.governingUtilization);
+    EXPECT_EQ(direct.result.governing, fromRow.result.governing);
+    EXPECT_EQ(direct.result.verdict, fromRow.result.verdict);
+    for (std::size_t i = 0; i < direct.result.member.size(); ++i)
+        EXPECT_EQ(direct.result.member[i].valueOr(-1.0), fromRow.result.member[i].valueOr(-1.0));
+}
+
+TEST(OutputFile, WritesThroughATemporaryAndRefusesTheInput)
+{
+    const auto dir = std::filesystem::temp_directory_path() / "steeldesign-output-file-test";
+    std::filesystem::remove_all(dir);
+    std::filesystem::create_directories(dir);
+    const std::string input = (dir / "model.csv").string(), target = (dir / "out.html").string();
+    std::ofstream(input) << "id\n";
+    std::filesystem::create_symlink(input, dir / "link.csv");
+    EXPECT_THROW(checkOutputPath("--out", input, input), InputError);
+    EXPECT_THROW(checkOutputPath("--out", (dir / "link.csv").string(), input), InputError);
+    EXPECT_THROW(checkOutputPath("--out", dir.string(), input), InputError);
+    EXPECT_NO_THROW(checkOutputPath("--out", target, input));
+    writeFileAtomically("--out", target, "<p>report</p>");
+    std::ifstream written(target);
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(written), {}), "<p>report</p>");
+    EXPECT_FALSE(std::filesystem::exists(target + ".part"));
+    // A file that cannot be written names the option and leaves nothing behind.
+    EXPECT_THROW(writeFileAtomically("--html", (dir / "missing" / "r.html").string(), "x"), InputError);
+    std::filesystem::remove_all(dir);
+}
+
+} // namespace
