@@ -280,15 +280,19 @@ std::string momentChart(const ReportMember& m)
         shapeZ = m.member->moments.getMomentDiagram(Axis::z);
     }
     const bool withZ = std::any_of(mz.begin(), mz.end(), [](double v) { return v != 0.0; });
-    constexpr int samples = 24;
+    // Straight lines need their three points; a parabola is drawn through 25.
+    auto samplesOf = [](SteelDesign::MomentDiagram shape) { return shape == SteelDesign::MomentDiagram::Parabolic ? 24 : 2; };
     std::vector<std::pair<double, double>> lineY, lineZ;
     double lo = 0.0, hi = 0.0;
-    for (int i = 0; i <= samples; ++i) {
-        const double xi = static_cast<double>(i) / samples;
-        const double vy = design::momentAt(my, shapeY, xi), vz = design::momentAt(mz, shapeZ, xi);
-        lineY.emplace_back(xi, vy);
-        lineZ.emplace_back(xi, vz);
-        lo = std::min({lo, vy, withZ ? vz : 0.0}), hi = std::max({hi, vy, withZ ? vz : 0.0});
+    for (int i = 0, n = samplesOf(shapeY); i <= n; ++i) {
+        const double xi = static_cast<double>(i) / n, v = design::momentAt(my, shapeY, xi);
+        lineY.emplace_back(xi, v);
+        lo = std::min(lo, v), hi = std::max(hi, v);
+    }
+    for (int i = 0, n = samplesOf(shapeZ); withZ && i <= n; ++i) {
+        const double xi = static_cast<double>(i) / n, v = design::momentAt(mz, shapeZ, xi);
+        lineZ.emplace_back(xi, v);
+        lo = std::min(lo, v), hi = std::max(hi, v);
     }
     const double pad = 0.15 * std::max(hi - lo, 1.0);
     // Moments drawn on the tension side: positive My (bottom fibre in tension) downwards.

@@ -73,22 +73,21 @@ double SvgPlot::py(double y) const { return height_ - bottom_ - (y - y_.min) / (
 void SvgPlot::axes(std::string_view xTitle, std::string_view yTitle, int ticks, int xTicks)
 {
     const double x0 = left_, x1 = width_ - right_, y0 = height_ - bottom_, y1 = top_;
-    // The grid as one path, the tick labels beside it.
-    std::string grid, labels;
+    // The grid as one path, the tick labels beside it in two groups that set their alignment once.
+    std::string grid, xLabels, yLabels;
     for (double t : niceTicks(x_.min, x_.max, xTicks < 0 ? ticks : xTicks)) {
         const std::string p = chartNumber(px(t), 0);
         grid += 'M' + p + ' ' + chartNumber(y1, 0) + 'V' + chartNumber(y0, 0);
-        labels += "<text x=\"" + p + "\" y=\"" + chartNumber(y0 + 13, 0) + "\" text-anchor=\"middle\">" + chartNumber(t, 3) +
-                  "</text>";
+        xLabels += "<text x=\"" + p + "\">" + chartNumber(t, 3) + "</text>";
     }
     for (double t : niceTicks(y_.min, y_.max, ticks)) {
         const std::string p = chartNumber(py(t), 0);
         grid += 'M' + chartNumber(x0, 0) + ' ' + p + 'H' + chartNumber(x1, 0);
-        labels += "<text x=\"" + chartNumber(x0 - 4, 0) + "\" y=\"" + chartNumber(py(t) + 3.5, 0) + "\" text-anchor=\"end\">" +
-                  chartNumber(t, 3) + "</text>";
+        yLabels += "<text y=\"" + chartNumber(py(t) + 3.5, 0) + "\">" + chartNumber(t, 3) + "</text>";
     }
-    out_ += "<g class=\"grid\"><path d=\"" + grid + "\"/></g><g class=\"tick\">" + labels;
-    out_ += "</g><g class=\"axis\">";
+    out_ += "<g class=\"grid\"><path d=\"" + grid + "\"/></g><g class=\"tick\" text-anchor=\"middle\" transform=\"translate(0 " +
+            chartNumber(y0 + 13, 0) + ")\">" + xLabels + "</g><g class=\"tick\" text-anchor=\"end\" transform=\"translate(" +
+            chartNumber(x0 - 4, 0) + " 0)\">" + yLabels + "</g><g class=\"axis\">";
     if (x_.min <= 0.0 && x_.max >= 0.0) line(0.0, y_.min, 0.0, y_.max, "zero");
     if (y_.min <= 0.0 && y_.max >= 0.0) line(x_.min, 0.0, x_.max, 0.0, "zero");
     out_ += "<rect class=\"frame\" x=\"" + chartNumber(x0) + "\" y=\"" + chartNumber(y1) + "\" width=\"" +
