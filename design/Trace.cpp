@@ -239,7 +239,8 @@ void traceClassification(Sheet& sheet, const CrossSectionContext& c)
     }
     const double epsilon = c.fy > 0.0 ? std::sqrt(235000.0 / c.fy) : 0.0;
     sheet.value(kClassification, "EN 1993-1-1 5.5.2(6)", "class",
-                classify ? "epsilon = sqrt(235 / fy); the class of the least favourable plate"
+                classify ? "epsilon = sqrt(235 / fy); the class of the least favourable plate, a class 3 web with class 1 or 2 "
+                           "flanges counting as class 2 (5.5.2(11))"
                          : "elastic verification: class 3 without classification",
                 "fy = " + c.fyText() + ", epsilon = sqrt(235 / " + fixed(c.fy / 1000.0, 0) + ") = " + factor(epsilon),
                 classText(c.cls), c.cls);
@@ -302,7 +303,7 @@ void traceBending(Sheet& sheet, const CrossSectionContext& c)
         const double McRd = momentResistance(c, axis);
         const double M = axis == Axis::y ? c.request.forces.getMy() : c.request.forces.getMz();
         const std::string W_ = modulusName(c.cls, axis);
-        sheet.value(kBending, c.plastic ? "EN 1993-1-1 6.2.5 (6.13)" : "EN 1993-1-1 6.2.5 (6.14)", "M_c," + a + ",Rd",
+        sheet.value(kBending, c.plastic ? "EN 1993-1-1 6.2.5 (6.13)" : c.cls == 3 ? "EN 1993-1-1 6.2.5 (6.14)" : "EN 1993-1-1 6.2.5 (6.15)", "M_c," + a + ",Rd",
                     W_ + " fy / gamma_M0",
                     c.cls == 4 ? "class 4: the library takes W = 0 (effective section properties needed)"
                                : cm3(W) + " · " + c.fyText() + " / " + c.g0(),
@@ -406,7 +407,7 @@ void traceShear(Sheet& sheet, const CrossSectionContext& c)
             resistance = "V_pl,T," + a + ",Rd";
             sheet.value(kShear, std::string("EN 1993-1-1 6.2.7(9) ") + clause, resistance, formula,
                         "tau_t,Ed = T_Ed t / I_t = " + kNm(c.request.forces.getMt()) + " · " + mm(t) + " / " + cm4(It) +
-                            " = " + stress(tau) + ", " + name + " = " + kN(VRd),
+                            " = " + fixed(tau / 1000.0, 1) + " N/mm², " + name + " = " + kN(VRd),
                         kN(VTRd), VTRd);
             R_ = VTRd;
         }
@@ -561,7 +562,7 @@ void traceAxialBending(Sheet& sheet, const CrossSectionContext& c)
             numbers = kNm(MplRd) + " · (1 - " + factor(n) + "²)";
             break;
         case Kind::RH:
-            formula = mpl + " (1 - n) / (1 - 0.5 a), a <= 0.5";
+            formula = mpl + " (1 - n) / (1 - 0.5 a), a <= 0.5 (not limited to " + mpl + " by the library)";
             clause = "EN 1993-1-1 6.2.9.1(6) (6.39), (6.40)";
             numbers = nText + ", " + mpl + " = " + kNm(MplRd);
             break;
