@@ -702,6 +702,10 @@ void traceLateralTorsional(Sheet& sheet, const MemberContext& c)
         formula = "numerical (finite elements): fork supports, the moment diagram, the load at its level";
     else if (std::fabs(c.request.moments.getMcr()) >= 1e-6)
         formula = "given";
+    else if (c.request.moments.getMomentDiagram(Axis::y) == SteelDesign::MomentDiagram::Parabolic ||
+             std::fabs(c.request.cTheta) >= 1e-6 || std::fabs(c.request.shearPanel) >= 1e-6)
+        formula = "N_cr,z = pi² E I_z / L_LT² with the library's moment coefficients for the diagram, the restraints "
+                  "and the load level";
     else
         formula = "zeta pi² E I_z / L_LT² (sqrt((I_w + 0.039 L_LT² I_t) / I_z + 0.25 z_p²) + 0.5 z_p) (the "
                   "library's moment coefficients)";

@@ -227,6 +227,24 @@ TEST(DesignTrace, Ipe300BeamColumnLinesAgreeWithTheirFormulas)
     EXPECT_NE(line(lines, "M_cr").formula.find("moment coefficients"), std::string::npos);
 }
 
+// The critical moment by finite elements enters the library as a given Mcr: the trace says so and shows the
+// number the library used.
+TEST(DesignTrace, NumericalCriticalMomentIsNamed)
+{
+    auto section = makeSection("IPE 300");
+    KaConstrSteel steel = *KaConstrSteel::fromName("S355");
+    MemberRequest request = memberRequest(section.get(), &steel, Forces(0.0, 80.0, 0.0, 0.0, 0.0, 0.0), 4.0);
+    request.mcrMethod = McrMethod::Numerical;
+    const MemberOutcome outcome = evaluateMember(request);
+    ASSERT_GT(outcome.numericalMcr, 0.0);
+    const std::vector<TraceLine> lines = traceMember(request, outcome);
+    const TraceLine& Mcr = line(lines, "M_cr");
+    EXPECT_NE(Mcr.formula.find("numerical (finite elements)"), std::string::npos);
+    EXPECT_EQ(Mcr.value, outcome.numericalMcr);
+    EXPECT_EQ(Mcr.value, outcome.results.getCriticalMoment());
+    EXPECT_EQ(line(lines, "M_y,Ed / M_b,Rd").status, TraceStatus::Fulfilled);
+}
+
 // ---- not verified -----------------------------------------------------------------------------------
 
 // IPE 300 in S355 under compression alone: web c / t = 35.01 > 42 epsilon = 34.17 (Table 5.2), class 4.
