@@ -531,6 +531,10 @@ void traceAxialBending(Sheet& sheet, const CrossSectionContext& c)
     const double t = c.section.getGoverningThickness();
     const double aI = valid(Ared) ? (Ared - 2.0 * c.section.getFlangeWidth1() * t) / Ared : 0.0;
     const std::string nText = "n = " + factor(n);
+    // The web's share of the axial force as the check forms it (fy of the web reduced for shear).
+    const double fyWeb = c.r.getShearReductionFactorZ().hasValue() ? c.fy * rhoZ : c.fy;
+    const double Aw = c.section.getWebArea();
+    const double webRatio = valid(Aw * fyWeb) ? std::fabs(c.request.forces.getN() / (Aw * fyWeb / c.gammaM0)) : 0.0;
     for (const Axis axis : {Axis::y, Axis::z}) {
         const std::string ax = axis == Axis::y ? "y" : "z";
         const double MNRd = c.r.getMRd(axis).value();
@@ -547,14 +551,18 @@ void traceAxialBending(Sheet& sheet, const CrossSectionContext& c)
                     numbers = kNm(MplRd) + " · (1 - " + factor(n) + ") / (1 - 0.5 · " +
                               factor(aI < 0.5 ? aI : 0.5) + ")";
                 } else {
-                    formula = mpl + " (n <= 0.25 and N_Ed <= 0.5 h_w t_w fy / gamma_M0: no reduction)";
+                    formula = mpl + ": the library reduces only when n > 0.25 and N_Ed > 0.5 h_w t_w fy / gamma_M0 "
+                                    "both hold ((6.33), (6.34))";
                     clause = "EN 1993-1-1 6.2.9.1(4) (6.33), (6.34)";
-                    numbers = nText + ", " + mpl + " = " + kNm(MplRd);
+                    numbers = nText + ", N_Ed / (A_w fy / gamma_M0) = " + factor(webRatio) + ", " + mpl + " = " +
+                              kNm(MplRd);
                 }
             } else {
-                formula = mpl + " for n <= a, else " + mpl + " (1 - ((n - a) / (1 - a))²)";
+                formula = mpl + ", reduced to " + mpl + " (1 - ((n - a) / (1 - a))²) when n > a and N_Ed > h_w t_w fy / "
+                                "gamma_M0";
                 clause = "EN 1993-1-1 6.2.9.1(5) (6.37), (6.38)";
-                numbers = nText + ", a = " + factor(aI) + ", " + mpl + " = " + kNm(MplRd);
+                numbers = nText + ", a = " + factor(aI) + ", N_Ed / (A_w fy / gamma_M0) = " + factor(webRatio) + ", " +
+                          mpl + " = " + kNm(MplRd);
             }
             break;
         case Kind::R:
