@@ -245,6 +245,24 @@ TEST(DesignTrace, NumericalCriticalMomentIsNamed)
     EXPECT_EQ(line(lines, "M_y,Ed / M_b,Rd").status, TraceStatus::Fulfilled);
 }
 
+// IPE 300, S355, LLT = 1 m, My = 100 kNm: lambda_LT = 0.346 < lambda_LT,0 = 0.4. The record's chiLT and
+// chiLT,mod are limited to 1.0, but Mb,Rd takes chiLT / f before the limits (the library's rule):
+// Phi = 0.5 (1 + 0.34 (0.346 - 0.4) + 0.75 · 0.346²) = 0.536, 1 / (0.536 + sqrt(0.536² - 0.75 · 0.346²)) = 1.021,
+// Mb,Rd = 1.021 · 628.4e-6 · 355000 = 227.7 kNm. The numbers show the factor that was used, not chi_LT,mod.
+TEST(DesignTrace, ShortBeamShowsTheFactorMbRdWasFormedWith)
+{
+    auto section = makeSection("IPE 300");
+    KaConstrSteel steel = *KaConstrSteel::fromName("S355");
+    const MemberRequest request = memberRequest(section.get(), &steel, Forces(0.0, 100.0, 0.0, 0.0, 0.0, 0.0), 1.0);
+    const MemberOutcome outcome = evaluateMember(request);
+    const std::vector<TraceLine> lines = traceMember(request, outcome);
+    EXPECT_EQ(line(lines, "chi_LT,mod").value, 1.0);
+    const TraceLine& MbRd = line(lines, "M_b,Rd");
+    EXPECT_NEAR(MbRd.value, 227.7, 0.1);
+    EXPECT_EQ(MbRd.numbers.rfind("1.021 · ", 0), 0u) << MbRd.numbers;
+    EXPECT_NE(MbRd.numbers.find("not chi_LT,mod = 1.000"), std::string::npos);
+}
+
 // ---- not verified -----------------------------------------------------------------------------------
 
 // IPE 300 in S355 under compression alone: web c / t = 35.01 > 42 epsilon = 34.17 (Table 5.2), class 4.
