@@ -95,6 +95,10 @@ std::string classText(int cls) { return "class " + std::to_string(cls); }
 
 bool valid(double x) { return !KaMath::isFuzzyZero(x, KaMath::getEpsMin()); }
 
+// An axis without its action: the action is zero and so is the utilization the check recorded for it. Its
+// lines are left out, as on a calculation sheet; the summary lines still show the check.
+bool idle(double action, const kat::Nullable<double>& u) { return action == 0.0 && u && u.value() == 0.0; }
+
 // The verdict of one utilization: at most 1.0 within KaMath::getEpsReal(), as the records judge it; a value
 // that is not finite is not fulfilled.
 TraceStatus statusOf(double u)
@@ -232,14 +236,15 @@ void traceClassification(Sheet& sheet, const CrossSectionContext& c)
                                   fixed(plate.t != 0.0 ? plate.c / plate.t : 0.0, 2) + ", alpha = " + factor(plate.alpha) +
                                   ", psi = " + (plate.psi ? factor(plate.psi.value()) : std::string("-"));
             sheet.value(kClassification, "EN 1993-1-1 5.5.2, Table 5.2", std::string("c/t (") + plate.kind + ")",
-                        "c / t against the limits of Table 5.2 for alpha and psi", std::move(numbers),
+                        "c / t with alpha, psi", std::move(numbers),
                         plate.cls ? classText(plate.cls.value()) : std::string("not classified"),
                         plate.cls ? static_cast<double>(plate.cls.value()) : 0.0);
         }
     }
     const double epsilon = c.fy > 0.0 ? std::sqrt(235000.0 / c.fy) : 0.0;
     sheet.value(kClassification, "EN 1993-1-1 5.5.2(6)", "class",
-                classify ? "epsilon = sqrt(235 / fy); the class of the least favourable plate"
+                classify ? "epsilon = sqrt(235 / fy); the largest plate class (class 3 web, class 1 or 2 flanges: 2, "
+                           "5.5.2(11))"
                          : "elastic verification: class 3 without classification",
                 "fy = " + c.fyText() + ", epsilon = sqrt(235 / " + fixed(c.fy / 1000.0, 0) + ") = " + factor(epsilon),
                 classText(c.cls), c.cls);
@@ -301,8 +306,9 @@ void traceBending(Sheet& sheet, const CrossSectionContext& c)
         const double W = c.init.findW(axis);
         const double McRd = momentResistance(c, axis);
         const double M = axis == Axis::y ? c.request.forces.getMy() : c.request.forces.getMz();
+        if (idle(M, u)) continue;
         const std::string W_ = modulusName(c.cls, axis);
-        sheet.value(kBending, c.plastic ? "EN 1993-1-1 6.2.5 (6.13)" : "EN 1993-1-1 6.2.5 (6.14)", "M_c," + a + ",Rd",
+        sheet.value(kBending, c.plastic ? "EN 1993-1-1 6.2.5 (6.13)" : c.cls == 3 ? "EN 1993-1-1 6.2.5 (6.14)" : "EN 1993-1-1 6.2.5 (6.15)", "M_c," + a + ",Rd",
                     W_ + " fy / gamma_M0",
                     c.cls == 4 ? "class 4: the library takes W = 0 (effective section properties needed)"
                                : cm3(W) + " · " + c.fyText() + " / " + c.g0(),
@@ -362,6 +368,7 @@ void traceShear(Sheet& sheet, const CrossSectionContext& c)
         if (!u) continue;
         const std::string a = axis == Axis::z ? "z" : "y";
         const double V = axis == Axis::z ? c.request.forces.getVz() : c.request.forces.getVy();
+        if (idle(V, u)) continue;
         const double VRd = axis == Axis::z ? c.r.getResistanceVzRd() : c.r.getResistanceVyRd();
         const std::string name = c.plastic ? "V_pl," + a + ",Rd" : "V_c," + a + ",Rd";
         if (torsion && !c.plastic) {
@@ -406,7 +413,7 @@ void traceShear(Sheet& sheet, const CrossSectionContext& c)
             resistance = "V_pl,T," + a + ",Rd";
             sheet.value(kShear, std::string("EN 1993-1-1 6.2.7(9) ") + clause, resistance, formula,
                         "tau_t,Ed = T_Ed t / I_t = " + kNm(c.request.forces.getMt()) + " · " + mm(t) + " / " + cm4(It) +
-                            " = " + stress(tau) + ", " + name + " = " + kN(VRd),
+                            " = " + fixed(tau / 1000.0, 1) + " N/mm², " + name + " = " + kN(VRd),
                         kN(VTRd), VTRd);
             R_ = VTRd;
         }
@@ -431,7 +438,12 @@ void traceTorsion(Sheet& sheet, const CrossSectionContext& c)
     const double It = c.section.getIt(), zMax = c.section.getZMax();
     const double TRd = It / zMax * (c.fy / c.gammaM0) * sqrt3;
     const double T = c.request.forces.getMt();
-    sheet.value(kTorsion, "EN 1993-1-1 6.2.7", "T_Rd", "I_t / z_max · (fy / gamma_M0) · sqrt(3) (the library's plastic torsion resistance)",
+    if (idle(T, u)) {
+        sheet.utilization(kTorsion, "EN 1993-1-1 6.2.7 (6.23)", "T_Ed / T_Rd", "|T_Ed| / T_Rd", "T_Ed = 0", u.value(),
+                          c.unverifiedAll);
+        return;
+    }
+    sheet.value(kTorsion, "EN 1993-1-1 6.2.7", "T_Rd", "I_t / z_max · (fy / gamma_M0) · sqrt(3)",
                 cm4(It) + " / " + mm(zMax) + " · (" + c.fyText() + " / " + c.g0() + ") · sqrt(3)", kNm(TRd), TRd);
     sheet.utilization(kTorsion, "EN 1993-1-1 6.2.7 (6.23)", "T_Ed / T_Rd", "|T_Ed| / T_Rd",
                       magnitude(kNm(T)) + " / " + kNm(TRd), u.value(), c.unverifiedAll);
@@ -447,6 +459,8 @@ void traceShearBending(Sheet& sheet, const CrossSectionContext& c)
         const R::UtilizationType type = axis == Axis::y ? R::ShearBendingZ : R::ShearBendingY;
         const kat::Nullable<double> u = c.r.getUtilization(type);
         if (!u) continue;
+        const double M = axis == Axis::y ? c.request.forces.getMy() : c.request.forces.getMz();
+        if (idle(M, u)) continue;
         const std::string a = axis == Axis::y ? "y" : "z";
         const std::string v = axis == Axis::y ? "z" : "y";
         const R::UtilizationType shear = axis == Axis::y ? R::ShearZ : R::ShearY;
@@ -457,12 +471,11 @@ void traceShearBending(Sheet& sheet, const CrossSectionContext& c)
             uv = axis == Axis::y ? record.getUtilizationShearTorsionAxisZ() : record.getUtilizationShearTorsionAxisY();
         else
             uv = c.r.isFulfilled(shear) ? c.utilizationOr0(shear) : 0.0;
-        const double M = axis == Axis::y ? c.request.forces.getMy() : c.request.forces.getMz();
         const double x = 2.0 * uv - 1.0;
         const double rho = uv >= 0.55 ? x * x : 0.0;
         const std::string rhoName = "rho_" + v;
         sheet.value(kShearBending, "EN 1993-1-1 6.2.8(3)", rhoName,
-                    "(2 V_Ed / V_Rd - 1)² when V_Ed / V_Rd >= 0.55 (the library's threshold), else 0",
+                    "(2 V_Ed / V_Rd - 1)² for V_Ed / V_Rd >= 0.55, else 0",
                     uv >= 0.55 ? "(2 · " + factor(uv) + " - 1)²"
                                : "V_" + v + ",Ed / V_" + v + ",Rd = " + factor(uv) +
                                      (c.r.isFulfilled(shear) ? " < 0.55" : " (shear not fulfilled: taken as 0)"),
@@ -530,8 +543,15 @@ void traceAxialBending(Sheet& sheet, const CrossSectionContext& c)
     const double t = c.section.getGoverningThickness();
     const double aI = valid(Ared) ? (Ared - 2.0 * c.section.getFlangeWidth1() * t) / Ared : 0.0;
     const std::string nText = "n = " + factor(n);
+    // The web's share of the axial force as the check forms it (fy of the web reduced for shear).
+    const double fyWeb = c.r.getShearReductionFactorZ().hasValue() ? c.fy * rhoZ : c.fy;
+    const double Aw = c.section.getWebArea();
+    const double webRatio = valid(Aw * fyWeb) ? std::fabs(c.request.forces.getN() / (Aw * fyWeb / c.gammaM0)) : 0.0;
     for (const Axis axis : {Axis::y, Axis::z}) {
         const std::string ax = axis == Axis::y ? "y" : "z";
+        const R::UtilizationType type = axis == Axis::y ? R::AxialBendingY : R::AxialBendingZ;
+        const double M = axis == Axis::y ? c.request.forces.getMy() : c.request.forces.getMz();
+        if (idle(M, c.r.getUtilization(type))) continue;
         const double MNRd = c.r.getMRd(axis).value();
         const double MplRd = momentResistance(c, axis);
         std::string formula, clause = "EN 1993-1-1 6.2.9.1";
@@ -546,14 +566,15 @@ void traceAxialBending(Sheet& sheet, const CrossSectionContext& c)
                     numbers = kNm(MplRd) + " · (1 - " + factor(n) + ") / (1 - 0.5 · " +
                               factor(aI < 0.5 ? aI : 0.5) + ")";
                 } else {
-                    formula = mpl + " (n <= 0.25 and N_Ed <= 0.5 h_w t_w fy / gamma_M0: no reduction)";
+                    formula = mpl + ", reduced only if n > 0.25 and N_Ed > 0.5 h_w t_w fy / gamma_M0";
                     clause = "EN 1993-1-1 6.2.9.1(4) (6.33), (6.34)";
-                    numbers = nText + ", " + mpl + " = " + kNm(MplRd);
+                    numbers = nText + ", N_Ed / (A_w fy / gamma_M0) = " + factor(webRatio);
                 }
             } else {
-                formula = mpl + " for n <= a, else " + mpl + " (1 - ((n - a) / (1 - a))²)";
+                formula = mpl + " (1 - ((n - a) / (1 - a))²) if n > a and N_Ed > h_w t_w fy / gamma_M0";
                 clause = "EN 1993-1-1 6.2.9.1(5) (6.37), (6.38)";
-                numbers = nText + ", a = " + factor(aI) + ", " + mpl + " = " + kNm(MplRd);
+                numbers = nText + ", a = " + factor(aI) + ", N_Ed / (A_w fy / gamma_M0) = " + factor(webRatio) + ", " +
+                          kNm(MplRd);
             }
             break;
         case Kind::R:
@@ -561,7 +582,7 @@ void traceAxialBending(Sheet& sheet, const CrossSectionContext& c)
             numbers = kNm(MplRd) + " · (1 - " + factor(n) + "²)";
             break;
         case Kind::RH:
-            formula = mpl + " (1 - n) / (1 - 0.5 a), a <= 0.5";
+            formula = mpl + " (1 - n) / (1 - 0.5 a), a <= 0.5 (not limited to " + mpl + " by the library)";
             clause = "EN 1993-1-1 6.2.9.1(6) (6.39), (6.40)";
             numbers = nText + ", " + mpl + " = " + kNm(MplRd);
             break;
@@ -572,9 +593,7 @@ void traceAxialBending(Sheet& sheet, const CrossSectionContext& c)
         default: break;
         }
         sheet.value(kAxialBending, clause, "M_N," + ax + ",Rd", formula, numbers, kNm(MNRd), MNRd);
-        const R::UtilizationType type = axis == Axis::y ? R::AxialBendingY : R::AxialBendingZ;
         if (const kat::Nullable<double> ua = c.r.getUtilization(type)) {
-            const double M = axis == Axis::y ? c.request.forces.getMy() : c.request.forces.getMz();
             sheet.utilization(kAxialBending, "EN 1993-1-1 6.2.9.1 (6.31)", "M_" + ax + ",Ed / M_N," + ax + ",Rd",
                               "|M_" + ax + ",Ed| / M_N," + ax + ",Rd",
                               valid(MNRd) ? magnitude(kNm(M)) + " / " + kNm(MNRd) : "M_N," + ax + ",Rd = 0: not computed",
@@ -599,7 +618,7 @@ void traceAxialShearBending(Sheet& sheet, const CrossSectionContext& c)
 {
     const kat::Nullable<double> u = c.r.getUtilization(R::AxialShearBending);
     if (!u) return;
-    const std::string formula = "6.2.9 with N_V,Rd of A_v,z (1 - rho_z) + (A - A_v,z) (1 - rho_y) and M_V,Rd";
+    const std::string formula = "6.2.9 with A_v and the moments reduced by (1 - rho)";
     if (!c.r.isFulfilled(R::AxialBending)) {
         // The check forms this utilization only when 6.2.9 is fulfilled; otherwise it records 0.
         sheet.notVerified(kAxialShearBending, "EN 1993-1-1 6.2.10", "bending, shear and axial force", formula,
@@ -615,8 +634,7 @@ void traceAxialShearBending(Sheet& sheet, const CrossSectionContext& c)
     const double rhoZ = c.r.getShearReductionFactorZ().valueOr(1.0);
     sheet.utilization(kAxialShearBending, "EN 1993-1-1 6.2.10 (6.2.8(3), 6.2.9)", "bending, shear and axial force",
                       formula,
-                      "1 - rho_z = " + factor(rhoZ) + ", 1 - rho_y = " + factor(rhoY) + "; 6.2.9 with these = " +
-                          factor(u.value()),
+                      "1 - rho_z = " + factor(rhoZ) + ", 1 - rho_y = " + factor(rhoY),
                       u.value(), c.unverifiedAll || c.unverifiedAxial);
 }
 
@@ -701,6 +719,10 @@ void traceLateralTorsional(Sheet& sheet, const MemberContext& c)
         formula = "numerical (finite elements): fork supports, the moment diagram, the load at its level";
     else if (std::fabs(c.request.moments.getMcr()) >= 1e-6)
         formula = "given";
+    else if (c.request.moments.getMomentDiagram(Axis::y) == SteelDesign::MomentDiagram::Parabolic ||
+             std::fabs(c.request.cTheta) >= 1e-6 || std::fabs(c.request.shearPanel) >= 1e-6)
+        formula = "N_cr,z = pi² E I_z / L_LT² with the library's moment coefficients for the diagram, the restraints "
+                  "and the load level";
     else
         formula = "zeta pi² E I_z / L_LT² (sqrt((I_w + 0.039 L_LT² I_t) / I_z + 0.25 z_p²) + 0.5 z_p) (the "
                   "library's moment coefficients)";
