@@ -9,6 +9,7 @@
 
 #include "Trace.h"
 
+#include "BucklingCurves.h"
 #include "PlateClassification.h"
 
 #include <KaMath.h>
@@ -116,15 +117,7 @@ const char* curveName(SteelDesign::BucklingCurve curve)
 // The imperfection factor of a curve, Table 6.1 / 6.3 (none: 1.0, as the member check takes it).
 double imperfection(SteelDesign::BucklingCurve curve)
 {
-    switch (curve) {
-    case SteelDesign::BucklingCurve::a0: return 0.13;
-    case SteelDesign::BucklingCurve::a: return 0.21;
-    case SteelDesign::BucklingCurve::b: return 0.34;
-    case SteelDesign::BucklingCurve::c: return 0.49;
-    case SteelDesign::BucklingCurve::d: return 0.76;
-    case SteelDesign::BucklingCurve::none: break;
-    }
-    return 1.0;
+    return curve == SteelDesign::BucklingCurve::none ? 1.0 : imperfectionFactor(curve);
 }
 
 // The lines of one trace with the rule that keeps a check that was not verified from looking fulfilled.
