@@ -24,6 +24,13 @@ CrossSectionOutcome evaluateCrossSection(const CrossSectionRequest& request, con
     std::uint32_t limitations = 0;
     if (outcome.initializer.getClass() == 4) limitations |= Class4;
     if (outcome.initializer.getErrorCode() == ErrorCode::NotSupported) limitations |= CrossSectionNotSupported;
+    // Under torsion the shear check runs as the check of shear with torsion, which writes nothing in
+    // class 3: the shear utilization is then 0 whatever the shear force.
+    const SteelDesign::Forces& f = request.forces;
+    const kat::Nullable<double> torsion = outcome.results.getUtilization(VerificationResults::Torsion);
+    if (outcome.initializer.getClass() == 3 && torsion.hasValue() && outcome.results.isValid(torsion.value()) &&
+        (f.getVy() != 0.0 || f.getVz() != 0.0))
+        limitations |= ShearWithTorsionNotChecked;
     bool exceeded = false;
     for (const auto type : crossSectionSummary) {
         const kat::Nullable<double> u = outcome.results.getUtilization(type);

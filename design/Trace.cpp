@@ -171,6 +171,7 @@ LimitationPlace placeOf(Limitation flag)
     case InteractionNeedsRolledMethod: return {kInteraction, "EN 1993-1-1 6.3.3(4) (6.61)"};
     case NonFiniteUtilization: return {kInteraction, "EN 1993-1-1 6.3"};
     case NumericalMcrNotFound: return {kLateralTorsional, "EN 1993-1-1 6.3.2.2(2)"};
+    case ShearWithTorsionNotChecked: return {kShear, "EN 1993-1-1 6.2.7(9)"};
     case NoLimitation: break;
     }
     return {kClassification, ""};

@@ -48,6 +48,9 @@ const char* describe(Limitation limitation)
     case NumericalMcrNotFound:
         return "the numerical critical moment was not found (a mechanism, or no moment that buckles the member), "
                "so the library's own Mcr was used";
+    case ShearWithTorsionNotChecked:
+        return "shear with torsion (6.2.7(9)) is checked for classes 1 and 2 only: in class 3 the shear "
+               "utilization reads 0 without a check";
     }
     return "";
 }

@@ -44,9 +44,12 @@ enum Limitation : std::uint32_t {
     NonFiniteUtilization = 1u << 7,
     // The numerical critical moment was asked for but not found; the library's tables were used.
     NumericalMcrNotFound = 1u << 8,
+    // Shear with torsion in class 3: the cross-section check verifies shear with torsion (6.2.7(9)) for
+    // classes 1 and 2 only and records the shear utilization as 0.
+    ShearWithTorsionNotChecked = 1u << 9,
 };
 
-inline constexpr std::uint32_t limitationCount = 9;
+inline constexpr std::uint32_t limitationCount = 10;
 
 // "not verified: class 4 needs effective section properties" without the prefix: the reason of one flag.
 const char* describe(Limitation limitation);

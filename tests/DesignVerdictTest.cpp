@@ -339,3 +339,44 @@ TEST(DesignVerdictBatch, LengthColumnsEqualTheMemberCommandAndClass4IsNotVerifie
     EXPECT_NE(slender["notVerified"].get<std::string>().find("class 4"), std::string::npos);
     EXPECT_LT(slender["governingUtilization"].get<double>(), 1.0);
 }
+
+namespace {
+
+// Shear with torsion (6.2.7(9)) is checked by the library in classes 1 and 2 only; in class 3 it records
+// the shear utilization as 0. IPE 300, S355, Vz = 200 kN (Vc,z,Rd about 455 kN elastically, so about 0.44
+// unchecked) with Mt = 0.5 kNm: never "fulfilled" in class 3, a plain verdict in class 1 and without one of
+// the two actions.
+struct ShearTorsionCase {
+    bool elastic;
+    double Mt, Vz, Vy;
+    bool flagged;
+};
+
+class ShearWithTorsion : public ::testing::TestWithParam<ShearTorsionCase> {};
+
+TEST_P(ShearWithTorsion, Class3IsNotVerifiedWhereTheShearCheckDidNotRun)
+{
+    const ShearTorsionCase c = GetParam();
+    auto section = makeSection("IPE 300");
+    KaConstrSteel steel = *KaConstrSteel::fromName("S355");
+    const CrossSectionRequest request{section.get(), &steel, Forces(0.0, 50.0, 0.0, c.Mt, c.Vy, c.Vz), 0.0, c.elastic};
+    const CrossSectionOutcome outcome = evaluateCrossSection(request);
+    EXPECT_EQ((outcome.limitations & ShearWithTorsionNotChecked) != 0, c.flagged);
+    if (c.flagged) {
+        EXPECT_EQ(outcome.results.getUtilization(SteelDesign::VerificationResults::Shear).valueOr(-1.0), 0.0);
+        EXPECT_EQ(outcome.verdict, Verdict::NotVerified);
+        EXPECT_EQ(designMember(request, nullptr).verdict, Verdict::NotVerified);
+    } else {
+        EXPECT_EQ(outcome.verdict, Verdict::Fulfilled);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Ipe300, ShearWithTorsion,
+                         ::testing::Values(ShearTorsionCase{true, 0.5, 200.0, 0.0, true},
+                                           ShearTorsionCase{true, 0.5, 0.0, 40.0, true},
+                                           ShearTorsionCase{true, -0.5, -200.0, 0.0, true},
+                                           ShearTorsionCase{false, 0.5, 200.0, 0.0, false},
+                                           ShearTorsionCase{true, 0.0, 200.0, 0.0, false},
+                                           ShearTorsionCase{true, 0.5, 0.0, 0.0, false}));
+
+} // namespace
