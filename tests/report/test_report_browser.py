@@ -200,6 +200,29 @@ def test_numbers_in_the_page_are_the_batch_output(example):
     assert counts["not verified"] == "not verified %d" % sum(r["verdict"] == "not verified" for r in rows)
 
 
+def test_table_sorts_by_a_click_and_filters_by_a_text(example):
+    # Two clicks on the heading of governingUtilization sort it from the highest; the filter "IPE 240"
+    # leaves the lintel's two load cases. The page's own script does it; the probe only clicks and reads.
+    probe = """<script>(function(){var h=document.querySelectorAll('#members th')[6];h.click();h.click();
+var f=document.getElementById('filter');f.value='IPE 240';f.dispatchEvent(new Event('input'));
+var rows=[].slice.call(document.querySelectorAll('#members tbody tr'));
+document.body.setAttribute('data-order',rows.map(function(r){return r.getAttribute('data-member')}).join(','));
+document.body.setAttribute('data-visible',rows.filter(function(r){return r.style.display!=='none'}).map(
+function(r){return r.getAttribute('data-member')}).join(','));})();</script></body>"""
+    page = WORK / "sorted.html"
+    page.write_text(example["report"].read_text().replace("</body>", probe))
+    text, console = render(page, "profile-sort")
+    assert console == []
+    body = Dom(text).find("body")[0]["attrs"]
+    rows = example["rows"]
+    expected = [r["id"] for r in sorted(rows, key=lambda r: -float(r["governingUtilization"]))]
+    order = body["data-order"].split(",")
+    assert [float(next(r for r in rows if r["id"] == i)["governingUtilization"]) for i in order] == \
+        sorted((float(r["governingUtilization"]) for r in rows), reverse=True)
+    assert order[:2] == expected[:2] == ["BF-L1-LC1", "BF-L1-LC2"]
+    assert sorted(body["data-visible"].split(",")) == sorted(r["id"] for r in rows if r["section"] == "IPE 240")
+
+
 def test_screenshot_renders(example):
     shot = WORK / "overview.png"
     shot.unlink(missing_ok=True)
