@@ -154,18 +154,25 @@ public:
         const std::optional<std::string_view>& cell = cells_[field];
         return cell ? *cell : std::string_view();
     }
-    std::string requiredText(Column field) const
+    // The cell's text into out (whose memory is reused from row to row).
+    void requiredText(Column field, std::string& out) const
     {
         const std::string_view value = view(field);
         if (value.empty()) fail(field, "missing value");
-        return std::string(value);
+        out.assign(value);
     }
+    // A plain decimal is read here, inline; any other text (and an error) by the slower path.
     std::optional<double> number(Column field) const
     {
         const std::string_view cell = view(field);
         if (cell.empty()) return std::nullopt;
         double x = 0.0;
         if (parsePlainDecimal(cell, x)) return x;
+        return otherNumber(field, cell);
+    }
+    [[gnu::noinline]] double otherNumber(Column field, std::string_view cell) const
+    {
+        double x = 0.0;
         const char* begin = cell.data();
         const char* end = begin + cell.size();
         auto [ptr, ec] = std::from_chars(begin, end, x);
@@ -201,7 +208,7 @@ public:
         for (const char* a : allowed) list += (list.empty() ? "" : ", ") + std::string(a);
         fail(field, "'" + std::string(value) + "' is not one of " + list);
     }
-    [[noreturn]] void fail(Column field, const std::string& message) const
+    [[noreturn, gnu::noinline, gnu::cold]] void fail(Column field, const std::string& message) const
     {
         const std::optional<std::string_view>& id = cells_[cId];
         throw RowError{line_, id ? std::string(*id) : std::string(), knownColumns[field], message};
@@ -212,15 +219,18 @@ private:
     std::size_t line_;
 };
 
-BatchRow parseRow(const CellViews& cells, std::size_t line)
+// The row of the cells into out. A MemberRow already there is parsed over in place, so that its texts keep
+// their memory from chunk to chunk: every field is assigned.
+void parseRow(const CellViews& cells, std::size_t line, BatchRow& out)
 {
     const RowReader r(cells, line);
+    if (!std::holds_alternative<MemberRow>(out)) out.emplace<MemberRow>();
+    MemberRow& row = std::get<MemberRow>(out);
     try {
-        MemberRow row;
         row.line = line;
-        row.id = r.requiredText(cId);
-        row.section = r.requiredText(cSection);
-        row.steel = r.requiredText(cSteel);
+        r.requiredText(cId, row.id);
+        r.requiredText(cSection, row.section);
+        r.requiredText(cSteel, row.steel);
         row.N = r.requiredNumber(cN);
         row.My = r.requiredNumber(cMy);
         row.Mz = r.requiredNumber(cMz);
@@ -232,8 +242,10 @@ BatchRow parseRow(const CellViews& cells, std::size_t line)
         row.lengthY = r.number(cLengthY);
         row.lengthZ = r.number(cLengthZ);
         row.lengthLT = r.number(cLengthLT);
-        for (Column field : {cLengthY, cLengthZ, cLengthLT})
-            if (auto v = r.number(field); v && *v < 0.0) r.fail(field, "must not be negative");
+        // Each value is read once and then checked, in the order of the columns above.
+        if (row.lengthY && *row.lengthY < 0.0) r.fail(cLengthY, "must not be negative");
+        if (row.lengthZ && *row.lengthZ < 0.0) r.fail(cLengthZ, "must not be negative");
+        if (row.lengthLT && *row.lengthLT < 0.0) r.fail(cLengthLT, "must not be negative");
         row.momentsY = {r.number(cMyStart).value_or(row.My), r.number(cMyMid).value_or(row.My),
                         r.number(cMyEnd).value_or(row.My)};
         row.momentsZ = {r.number(cMzStart).value_or(row.Mz), r.number(cMzMid).value_or(row.Mz),
@@ -247,10 +259,11 @@ BatchRow parseRow(const CellViews& cells, std::size_t line)
         row.shearPanel = r.number(cShearPanel);
         row.gammaM0 = r.number(cGammaM0);
         row.gammaM1 = r.number(cGammaM1);
-        for (Column field : {cGammaM0, cGammaM1})
-            if (auto g = r.number(field); g && *g <= 0.0) r.fail(field, "must be positive");
-        for (Column field : {cMcr, cCTheta, cShearPanel})
-            if (auto v = r.number(field); v && *v < 0.0) r.fail(field, "must not be negative");
+        if (row.gammaM0 && *row.gammaM0 <= 0.0) r.fail(cGammaM0, "must be positive");
+        if (row.gammaM1 && *row.gammaM1 <= 0.0) r.fail(cGammaM1, "must be positive");
+        if (row.mcr && *row.mcr < 0.0) r.fail(cMcr, "must not be negative");
+        if (row.cTheta && *row.cTheta < 0.0) r.fail(cCTheta, "must not be negative");
+        if (row.shearPanel && *row.shearPanel < 0.0) r.fail(cShearPanel, "must not be negative");
         row.rolledMethod = r.optionalFlag(cRolledMethod);
         row.mcrMethod = r.choice(cMcrMethod, {"tables", "numerical"}, "tables");
         if (row.mcrMethod == "numerical" && row.mcr && *row.mcr != 0.0)
@@ -258,10 +271,16 @@ BatchRow parseRow(const CellViews& cells, std::size_t line)
         row.torsionallyDeformable = r.flag(cTorsionallyDeformable);
         row.cmFloor = r.flag(cCmFloor);
         row.elastic = r.flag(cElastic);
-        return row;
-    } catch (const RowError& e) {
-        return e;
+    } catch (RowError& e) {
+        out = std::move(e);
     }
+}
+
+BatchRow parseRow(const CellViews& cells, std::size_t line)
+{
+    BatchRow row;
+    parseRow(cells, line, row);
+    return row;
 }
 
 // A row given by column name (JSON Lines); every name is a known column.
@@ -281,11 +300,10 @@ bool isBlank(std::string_view line) { return trimView(line).empty(); }
 bool splitPlainCsv(std::string_view line, std::vector<std::string_view>& fields)
 {
     fields.clear();
+    if (line.find('"') != std::string_view::npos) return false;
     std::size_t start = 0;
     for (std::size_t i = 0; i < line.size(); ++i) {
-        const char c = line[i];
-        if (c == '"') return false;
-        if (c == ',') {
+        if (line[i] == ',') {
             fields.push_back(trimView(line.substr(start, i - start)));
             start = i + 1;
         }
@@ -319,20 +337,22 @@ CsvHeader parseHeader(std::string_view line, std::size_t lineNo)
     return h;
 }
 
-BatchRow parseCsvLine(std::string_view line, std::size_t number, const CsvHeader& header,
-                      std::vector<std::string_view>& fields, std::vector<std::string>& quotedFields)
+void parseCsvLine(std::string_view line, std::size_t number, const CsvHeader& header,
+                  std::vector<std::string_view>& fields, std::vector<std::string>& quotedFields, BatchRow& out)
 {
     if (!splitPlainCsv(line, fields)) {
         quotedFields = splitCsv(std::string(line));
         fields.assign(quotedFields.begin(), quotedFields.end());
     }
-    if (fields.size() != header.fields)
-        return RowError{number, fields.empty() ? "" : std::string(fields[0]), "",
-                        "expected " + std::to_string(header.fields) + " fields, found " + std::to_string(fields.size())};
+    if (fields.size() != header.fields) {
+        out = RowError{number, fields.empty() ? "" : std::string(fields[0]), "",
+                       "expected " + std::to_string(header.fields) + " fields, found " + std::to_string(fields.size())};
+        return;
+    }
     CellViews cells;
     for (std::size_t c = 0; c < columnCount; ++c)
         if (header.position[c] < header.fields) cells[c] = fields[header.position[c]];
-    return parseRow(cells, number);
+    parseRow(cells, number, out);
 }
 
 // The columns whose JSON numbers are read as numbers (the others take a number's text).
@@ -444,10 +464,18 @@ bool parsePlainJsonObject(std::string_view line, CellViews& cells)
     }
 }
 
-BatchRow parseJsonLine(const std::string& line, std::size_t lineNo)
+BatchRow parseJsonDocument(const std::string& line, std::size_t lineNo);
+
+void parseJsonLine(const std::string& line, std::size_t lineNo, BatchRow& out)
 {
     CellViews plain;
-    if (parsePlainJsonObject(line, plain)) return parseRow(plain, lineNo);
+    if (parsePlainJsonObject(line, plain)) return parseRow(plain, lineNo, out);
+    out = parseJsonDocument(line, lineNo);
+}
+
+// A line that is not the common plain object: through the document.
+BatchRow parseJsonDocument(const std::string& line, std::size_t lineNo)
+{
     nlohmann::json object;
     try {
         object = nlohmann::json::parse(line);
@@ -562,10 +590,12 @@ bool BatchReader::next(std::vector<BatchRow>& rows, std::size_t maxRows)
     forEachChunk(count, 2048, r.jobs, [&](std::size_t begin, std::size_t end) {
         std::vector<std::string_view> fields;
         std::vector<std::string> quotedFields;
-        for (std::size_t i = begin; i < end; ++i)
-            rows[i] = r.format == BatchFormat::Csv
-                          ? parseCsvLine(r.lines[i], r.numbers[i], r.header, fields, quotedFields)
-                          : parseJsonLine(r.lines[i], r.numbers[i]);
+        for (std::size_t i = begin; i < end; ++i) {
+            if (r.format == BatchFormat::Csv)
+                parseCsvLine(r.lines[i], r.numbers[i], r.header, fields, quotedFields, rows[i]);
+            else
+                parseJsonLine(r.lines[i], r.numbers[i], rows[i]);
+        }
     });
     return true;
 }
