@@ -114,16 +114,25 @@ KaConstrSteel* steelOf(const std::string& name)
 }
 
 // known: the row's section entry when the caller has looked it up already, else null.
-RowResult evaluate(const BatchRow& parsed, SectionCache& sections, const SectionCache::Entry* known = nullptr)
+// The result goes into out, whose texts keep their memory from chunk to chunk: every field is set.
+void evaluate(const BatchRow& parsed, SectionCache& sections, const SectionCache::Entry* known, RowResult& out)
 {
-    if (const auto* error = std::get_if<RowError>(&parsed))
-        return rejected(error->line, error->id, error->field, error->message);
+    if (const auto* error = std::get_if<RowError>(&parsed)) {
+        out = rejected(error->line, error->id, error->field, error->message);
+        return;
+    }
     const MemberRow& row = std::get<MemberRow>(parsed);
     const SectionCache::Entry& entry = known ? *known : sections.get(row.section);
     SDBSection* section = entry.section.get();
-    if (!section) return rejected(row.line, row.id, "section", entry.error);
+    if (!section) {
+        out = rejected(row.line, row.id, "section", entry.error);
+        return;
+    }
     KaConstrSteel* steel = steelOf(row.steel);
-    if (!steel) return rejected(row.line, row.id, "steel", "unknown steel grade '" + row.steel + "'");
+    if (!steel) {
+        out = rejected(row.line, row.id, "steel", "unknown steel grade '" + row.steel + "'");
+        return;
+    }
 
     const Forces forces(row.N, row.My, row.Mz, row.Mt, row.Vy, row.Vz);
     const design::CrossSectionRequest cross{section, steel, forces, row.gammaM0.value_or(0.0), row.elastic};
@@ -148,10 +157,12 @@ RowResult evaluate(const BatchRow& parsed, SectionCache& sections, const Section
         member.elastic = row.elastic;
         member.mcrMethod = row.mcrMethod == "numerical" ? design::McrMethod::Numerical : design::McrMethod::Tables;
     }
-    RowResult r = evaluateChecks(cross, memberChecked ? &member : nullptr);
-    r.line = row.line;
-    r.id = row.id;
-    return r;
+    design::designMember(cross, memberChecked ? &member : nullptr, out);
+    out.line = row.line;
+    out.id = row.id;
+    out.rejected = false;
+    out.errorField.clear();
+    out.errorMessage.clear();
 }
 
 } // namespace
@@ -480,7 +491,9 @@ bool batchStopRequested() { return stopRequested.load(std::memory_order_relaxed)
 RowResult evaluateRow(const BatchRow& row)
 {
     SectionCache sections;
-    return evaluate(row, sections);
+    RowResult result;
+    evaluate(row, sections, nullptr, result);
+    return result;
 }
 
 struct BatchEvaluator::Impl {
@@ -488,6 +501,7 @@ struct BatchEvaluator::Impl {
     SectionCache sections;
     // A designation spelled as before is not normalised again.
     std::unordered_map<std::string, const SectionCache::Entry*> bySpelling;
+    std::vector<const SectionCache::Entry*> sectionOf;  // per row of the chunk, reused
 };
 
 BatchEvaluator::BatchEvaluator(unsigned jobs) : impl_(std::make_unique<Impl>()) { impl_->jobs = jobs; }
@@ -496,11 +510,12 @@ BatchEvaluator::~BatchEvaluator() = default;
 
 void BatchEvaluator::run(const std::vector<BatchRow>& rows, std::vector<RowResult>& results, bool progress)
 {
-    results.clear();
+    // The results of the former chunk stay and are evaluated over (their texts keep their memory).
     results.resize(rows.size());
     SectionCache& sections = impl_->sections;
     // Every row's section is looked up before the threads start, so that the workers need no lock.
-    std::vector<const SectionCache::Entry*> sectionOf(rows.size(), nullptr);
+    std::vector<const SectionCache::Entry*>& sectionOf = impl_->sectionOf;
+    sectionOf.assign(rows.size(), nullptr);
     for (std::size_t i = 0; i < rows.size(); ++i) {
         const auto* member = std::get_if<MemberRow>(&rows[i]);
         if (!member) continue;
@@ -531,7 +546,7 @@ void BatchEvaluator::run(const std::vector<BatchRow>& rows, std::vector<RowResul
             if (batchStopRequested()) return;
             for (std::size_t i = begin; i < end; ++i) {
                 try {
-                    results[i] = evaluate(rows[i], sections, sectionOf[i]);
+                    evaluate(rows[i], sections, sectionOf[i], results[i]);
                 } catch (const std::exception& e) {
                     const auto* member = std::get_if<MemberRow>(&rows[i]);
                     results[i] = rejected(member ? member->line : 0, member ? member->id : std::string(), "",
