@@ -16,6 +16,7 @@
 #include <limits>
 #include <chrono>
 #include <cstdio>
+#include <cstring>
 #include <iostream>
 #include <istream>
 #include <mutex>
@@ -271,18 +272,23 @@ void appendCsvRow(std::string& buffer, const RowResult& r, std::size_t utilizati
     appendCsvField(buffer, r.section);
     buffer += ',';
     buffer += r.steel;
+    // The codes and the utilizations written straight in, the room for them made at once.
+    const std::size_t start = buffer.size();
+    buffer.resize(start + 4 * 12 + (r.crossSection.size() + r.member.size()) * (general6Length + 1));
+    char* t = buffer.data() + start;
     for (int code : {r.sectionClass, r.errorCode, r.memberErrorCode, r.shearBucklingErrorCode}) {
-        buffer += ',';
-        appendInteger(buffer, code);
+        *t++ = ',';
+        t = std::to_chars(t, t + 11, code).ptr;
     }
     for (const auto& u : r.crossSection) {
-        buffer += ',';
-        if (u) appendNumber(buffer, u.value());
+        *t++ = ',';
+        if (u) t = writeGeneral6(t, u.value());
     }
     for (const auto& u : r.member) {
-        buffer += ',';
-        if (u) appendNumber(buffer, u.value());
+        *t++ = ',';
+        if (u) t = writeGeneral6(t, u.value());
     }
+    buffer.resize(static_cast<std::size_t>(t - buffer.data()));
     buffer += ',';
     buffer += r.governing;
     buffer += ',';
@@ -369,6 +375,24 @@ void appendJsonUtilization(std::string& out, const kat::Nullable<double>& u)
     else appendJsonNumber(out, v);
 }
 
+// The most characters writeJsonUtilization writes: a number of nlohmann::json's conversion
+// ("-1.2345678901234567e-308") or "\"-inf\"".
+constexpr std::size_t jsonNumberLength = 32;
+
+// appendJsonUtilization at t, which has room for jsonNumberLength characters; returns the end.
+char* writeJsonUtilization(char* t, const kat::Nullable<double>& u)
+{
+    auto word = [&](std::string_view text) {
+        std::memcpy(t, text.data(), text.size());
+        return t + text.size();
+    };
+    if (!u.hasValue()) return word("null");
+    const double v = u.value();
+    if (std::isnan(v)) return word("\"nan\"");
+    if (std::isinf(v)) return word(v > 0 ? "\"inf\"" : "\"-inf\"");
+    return nlohmann::detail::to_chars(t, t + jsonNumberLength, v);
+}
+
 void appendJsonRow(std::string& out, const RowResult& r)
 {
     if (r.rejected) {
@@ -423,16 +447,26 @@ void appendJsonRow(std::string& out, const RowResult& r)
         {"Shear", 3},         {"ShearBending", 5},      {"Torsion", 1},                  {"memberBending", 8},
         {"memberCompression", 7}, {"memberCompressionBending", 9}, {"memberShearBuckling", 10}};
     out += ",\"utilizations\":{";
+    // Written straight in, the room for the keys and the values made at once.
+    std::size_t room = 0;
+    for (const auto& [key, index] : keys) room += std::char_traits<char>::length(key) + 4 + jsonNumberLength;
+    const std::size_t start = out.size();
+    out.resize(start + room);
+    char* t = out.data() + start;
     bool first = true;
     for (const auto& [key, index] : keys) {
-        if (!first) out += ',';
+        if (!first) *t++ = ',';
         first = false;
-        out += '"';
-        out += key;
-        out += "\":";
-        appendJsonUtilization(out, index < 7 ? r.crossSection[static_cast<std::size_t>(index)]
-                                             : r.member[static_cast<std::size_t>(index - 7)]);
+        *t++ = '"';
+        const std::size_t length = std::char_traits<char>::length(key);
+        std::memcpy(t, key, length);
+        t += length;
+        *t++ = '"';
+        *t++ = ':';
+        t = writeJsonUtilization(t, index < 7 ? r.crossSection[static_cast<std::size_t>(index)]
+                                              : r.member[static_cast<std::size_t>(index - 7)]);
     }
+    out.resize(static_cast<std::size_t>(t - out.data()));
     out += "},\"verdict\":";
     appendJsonString(out, design::toString(r.verdict));
     out += "}\n";
