@@ -529,8 +529,7 @@ struct BatchReader::Impl {
     bool first = true;          // the next line read is the input's first: a byte-order mark is dropped
     std::string pending;        // a data line read ahead (the first JSON line), with its number
     std::size_t pendingLine = 0;
-    std::vector<std::string> lines;  // the chunk's data lines, reused
-    std::vector<std::size_t> numbers;
+    Lines lines;  // the chunk's data lines, reused
 
     Impl(std::istream& stream, unsigned threads) : in(stream), jobs(threads) {}
 
@@ -569,33 +568,48 @@ BatchReader::~BatchReader() = default;
 
 BatchFormat BatchReader::format() const { return impl_->format; }
 
-bool BatchReader::next(std::vector<BatchRow>& rows, std::size_t maxRows)
+bool BatchReader::readLines(Lines& lines, std::size_t maxRows)
 {
     Impl& r = *impl_;
     std::size_t count = 0;
-    if (r.lines.size() < maxRows) r.lines.resize(maxRows);
-    r.numbers.resize(maxRows);
+    if (lines.text.size() < maxRows) lines.text.resize(maxRows);
+    if (lines.numbers.size() < maxRows) lines.numbers.resize(maxRows);
     if (!r.pending.empty() && count < maxRows) {
-        r.lines[count].swap(r.pending);
+        lines.text[count].swap(r.pending);
         r.pending.clear();
-        r.numbers[count++] = r.pendingLine;
+        lines.numbers[count++] = r.pendingLine;
     }
-    while (count < maxRows && r.readLine(r.lines[count])) {
-        if (isBlank(r.lines[count])) continue;
-        r.numbers[count++] = r.lineNo;
+    while (count < maxRows && r.readLine(lines.text[count])) {
+        if (isBlank(lines.text[count])) continue;
+        lines.numbers[count++] = r.lineNo;
     }
+    lines.count = count;
+    return count > 0;
+}
+
+void BatchReader::parseLine(const Lines& lines, std::size_t i, BatchRow& row) const
+{
+    const Impl& r = *impl_;
+    if (r.format == BatchFormat::Csv) {
+        // The fields of a line, kept per thread from line to line.
+        thread_local std::vector<std::string_view> fields;
+        thread_local std::vector<std::string> quotedFields;
+        parseCsvLine(lines.text[i], lines.numbers[i], r.header, fields, quotedFields, row);
+    } else {
+        parseJsonLine(lines.text[i], lines.numbers[i], row);
+    }
+}
+
+bool BatchReader::next(std::vector<BatchRow>& rows, std::size_t maxRows)
+{
+    Impl& r = *impl_;
+    const bool any = readLines(r.lines, maxRows);
+    const std::size_t count = r.lines.count;
     rows.resize(count);
-    if (count == 0) return false;
+    if (!any) return false;
     // The chunk's rows are parsed on every core, each into its own slot.
     forEachChunk(count, 2048, r.jobs, [&](std::size_t begin, std::size_t end) {
-        std::vector<std::string_view> fields;
-        std::vector<std::string> quotedFields;
-        for (std::size_t i = begin; i < end; ++i) {
-            if (r.format == BatchFormat::Csv)
-                parseCsvLine(r.lines[i], r.numbers[i], r.header, fields, quotedFields, rows[i]);
-            else
-                parseJsonLine(r.lines[i], r.numbers[i], rows[i]);
-        }
+        for (std::size_t i = begin; i < end; ++i) parseLine(r.lines, i, rows[i]);
     });
     return true;
 }

@@ -659,6 +659,117 @@ void writeRows(std::ostream& out, const std::vector<RowResult>& results, OutputF
     for (std::size_t i = 0; i < count; ++i) out.write(texts[i].data(), static_cast<std::streamsize>(texts[i].size()));
 }
 
+namespace {
+
+// One chunk of the pipeline: its lines, rows, results and output texts (one per slice), all reused.
+struct PipelineChunk {
+    BatchReader::Lines lines;
+    std::vector<BatchRow> rows;
+    std::vector<RowResult> results;
+    std::vector<std::string> texts;
+    std::size_t count = 0;
+};
+
+// Rows per slice: a worker parses, evaluates and formats a slice at a time, into the slice's own text.
+constexpr std::size_t sliceRows = 256;
+
+} // namespace
+
+void runPipeline(BatchReader& reader, std::ostream& out, OutputFormat format, unsigned jobs, std::size_t chunkRows,
+                 BatchSummary& summary, void (*onChunk)(std::size_t rowsDone))
+{
+    const std::size_t utilizationCount = utilizationNames().size();
+    const unsigned cores = jobs != 0 ? jobs : std::max(1u, std::thread::hardware_concurrency());
+    // Sections by spelling, shared by the workers under a lock; each worker keeps the few it met last.
+    SectionCache sections;
+    std::mutex sectionsMutex;
+    std::unordered_map<std::string, const SectionCache::Entry*> bySpelling;
+    auto lookUp = [&](const std::string& spelling) {
+        std::lock_guard<std::mutex> lock(sectionsMutex);
+        auto [it, added] = bySpelling.try_emplace(spelling, nullptr);
+        if (added) it->second = &sections.get(spelling);
+        return it->second;
+    };
+
+    PipelineChunk chunks[2];
+    std::size_t done = 0;
+    bool more = reader.readLines(chunks[0].lines, chunkRows);
+    std::thread writer;
+    for (std::size_t k = 0; more && !batchStopRequested(); ++k) {
+        PipelineChunk& chunk = chunks[k % 2];
+        PipelineChunk& other = chunks[(k + 1) % 2];
+        // other holds the former chunk, which the writer is still writing (its texts and results): the
+        // reader fills only its lines.
+        bool nextMore = false;
+        std::thread readAhead([&] { nextMore = reader.readLines(other.lines, chunkRows); });
+
+        const std::size_t count = chunk.lines.count;
+        chunk.count = count;
+        chunk.rows.resize(count);
+        chunk.results.resize(count);
+        const std::size_t slices = (count + sliceRows - 1) / sliceRows;
+        if (chunk.texts.size() < slices) chunk.texts.resize(slices);
+        std::atomic<std::size_t> nextSlice{0};
+        auto worker = [&] {
+            // The sections this worker met last, by spelling: neighbouring rows name a handful.
+            std::vector<std::pair<std::string, const SectionCache::Entry*>> known;
+            for (;;) {
+                const std::size_t slice = nextSlice.fetch_add(1);
+                if (slice >= slices || batchStopRequested()) return;
+                const std::size_t begin = slice * sliceRows, end = std::min(count, begin + sliceRows);
+                std::string& text = chunk.texts[slice];
+                text.clear();
+                text.reserve((end - begin) * (format == OutputFormat::JsonLines ? 640 : 256));
+                for (std::size_t i = begin; i < end; ++i) {
+                    BatchRow& row = chunk.rows[i];
+                    RowResult& result = chunk.results[i];
+                    try {
+                        reader.parseLine(chunk.lines, i, row);
+                        const SectionCache::Entry* entry = nullptr;
+                        if (const auto* member = std::get_if<MemberRow>(&row)) {
+                            for (const auto& [spelling, e] : known)
+                                if (spelling == member->section) {
+                                    entry = e;
+                                    break;
+                                }
+                            if (!entry) {
+                                entry = lookUp(member->section);
+                                if (known.size() >= 16) known.erase(known.begin());
+                                known.emplace_back(member->section, entry);
+                            }
+                        }
+                        evaluate(row, sections, entry, result);
+                    } catch (const std::exception& e) {
+                        const auto* member = std::get_if<MemberRow>(&row);
+                        result = rejected(member ? member->line : 0, member ? member->id : std::string(), "",
+                                          std::string("the row could not be evaluated: ") + e.what());
+                    }
+                    if (format == OutputFormat::JsonLines) appendJsonRow(text, result);
+                    else appendCsvRow(text, result, utilizationCount);
+                }
+            }
+        };
+        const unsigned threads = static_cast<unsigned>(std::min<std::size_t>(cores, std::max<std::size_t>(slices, 1)));
+        std::vector<std::thread> pool;
+        for (unsigned t = 1; t < threads; ++t) pool.emplace_back(worker);
+        worker();
+        for (std::thread& t : pool) t.join();
+        if (writer.joinable()) writer.join();
+        readAhead.join();
+        if (batchStopRequested()) break;
+        done += count;
+        if (onChunk) onChunk(done);
+        // The chunk is written (and counted) while the next one is evaluated.
+        writer = std::thread([&out, &summary, &chunk, slices] {
+            for (std::size_t i = 0; i < slices; ++i)
+                out.write(chunk.texts[i].data(), static_cast<std::streamsize>(chunk.texts[i].size()));
+            summary.add(chunk.results);
+        });
+        more = nextMore;
+    }
+    if (writer.joinable()) writer.join();
+}
+
 void writeResults(std::ostream& out, const std::vector<RowResult>& results, OutputFormat format)
 {
     writeHeader(out, format);
