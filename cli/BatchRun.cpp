@@ -105,12 +105,22 @@ KaConstrSteel* steelOf(const std::string& name)
         for (std::string_view grade : KaConstrSteel::gradeNames()) all.push_back(*KaConstrSteel::fromName(grade));
         return all;
     }();
+    // The grade of the spelling met last on this thread: rows mostly name the same one.
+    thread_local std::string lastName;
+    thread_local KaConstrSteel* last = nullptr;
+    if (last && name == lastName) return last;
     for (KaConstrSteel& grade : grades)
-        if (grade.getName() == name) return &grade;
+        if (grade.getName() == name) {
+            lastName = name;
+            return last = &grade;
+        }
     const std::optional<KaConstrSteel> found = KaConstrSteel::fromName(name);
     if (!found) return nullptr;
     for (KaConstrSteel& grade : grades)
-        if (grade.getName() == found->getName()) return &grade;
+        if (grade.getName() == found->getName()) {
+            lastName = name;
+            return last = &grade;
+        }
     return nullptr;
 }
 
@@ -205,42 +215,40 @@ void appendCsvField(std::string& out, const std::string& text)
 void appendNumber(std::string& out, double value) { appendGeneral6(out, value); }
 
 // The names of a row's departures and its reasons not verified (as a JSON string and as a CSV field):
-// rows share a handful of combinations, so the text of the last one is kept per thread instead of being
-// joined again.
+// rows share a handful of combinations, so the texts of the combinations met are kept per thread (a few
+// dozen at most) instead of being joined again.
+template <typename Make>
+const std::string& textOf(std::vector<std::pair<std::uint32_t, std::string>>& kept, std::uint32_t mask, Make make)
+{
+    for (const auto& [key, text] : kept)
+        if (key == mask) return text;
+    if (kept.size() >= 64) kept.clear();
+    kept.emplace_back(mask, make(mask));
+    return kept.back().second;
+}
+
 const std::string& departuresOf(std::uint32_t departures)
 {
-    thread_local std::uint32_t last = 0;
-    thread_local std::string text;
-    if (departures != last || text.empty()) {
-        text = design::departureNames(departures);
-        last = departures;
-    }
-    return text;
+    thread_local std::vector<std::pair<std::uint32_t, std::string>> kept;
+    return textOf(kept, departures, [](std::uint32_t mask) { return design::departureNames(mask); });
 }
 
 void appendJsonString(std::string& out, std::string_view text);  // below
 
 const std::string& jsonReasonsOf(std::uint32_t limitations)
 {
-    thread_local std::uint32_t last = 0;
-    thread_local std::string text;
-    if (limitations != last || text.empty()) {
-        text.clear();
-        appendJsonString(text, design::describeAll(limitations));
-        last = limitations;
-    }
-    return text;
+    thread_local std::vector<std::pair<std::uint32_t, std::string>> kept;
+    return textOf(kept, limitations, [](std::uint32_t mask) {
+        std::string text;
+        appendJsonString(text, design::describeAll(mask));
+        return text;
+    });
 }
 
 const std::string& csvReasonsOf(std::uint32_t limitations)
 {
-    thread_local std::uint32_t last = 0;
-    thread_local std::string text;
-    if (limitations != last || text.empty()) {
-        text = csvField(design::describeAll(limitations));
-        last = limitations;
-    }
-    return text;
+    thread_local std::vector<std::pair<std::uint32_t, std::string>> kept;
+    return textOf(kept, limitations, [](std::uint32_t mask) { return csvField(design::describeAll(mask)); });
 }
 
 template <typename Integer>
