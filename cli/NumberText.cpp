@@ -72,15 +72,16 @@ char* writeGeneral6(char* text, double value)
         n = 100000;
         ++exponent;
     }
-    char digits[precision];
+    // The six digits two by two from a table, then the text by copies of fixed size: the room of
+    // general6Length characters takes the bytes copied past the end of the number, which the caller drops.
+    static constexpr char pairs[] = "00010203040506070809101112131415161718192021222324252627282930313233343536373839"
+                                    "40414243444546474849505152535455565758596061626364656667686970717273747576777879"
+                                    "8081828384858687888990919293949596979899";
+    char digits[16] = {};
     const auto six = static_cast<unsigned>(n);
-    const unsigned high = six / 1000, low = six % 1000;
-    digits[0] = static_cast<char>('0' + high / 100);
-    digits[1] = static_cast<char>('0' + high / 10 % 10);
-    digits[2] = static_cast<char>('0' + high % 10);
-    digits[3] = static_cast<char>('0' + low / 100);
-    digits[4] = static_cast<char>('0' + low / 10 % 10);
-    digits[5] = static_cast<char>('0' + low % 10);
+    std::memcpy(digits, pairs + 2 * (six / 10000), 2);
+    std::memcpy(digits + 2, pairs + 2 * (six / 100 % 100), 2);
+    std::memcpy(digits + 4, pairs + 2 * (six % 100), 2);
     int count = precision;
     while (count > 1 && digits[count - 1] == '0') --count;  // %g drops trailing zeros
 
@@ -88,22 +89,26 @@ char* writeGeneral6(char* text, double value)
     if (value < 0.0) *t++ = '-';
     if (exponent >= -4 && exponent < precision) {
         if (exponent >= 0) {
-            for (int i = 0; i <= exponent; ++i) *t++ = i < count ? digits[i] : '0';
+            // The digits before the point (the ones past count are zeros), then the others after it.
+            std::memcpy(t, digits, 8);
+            t += exponent + 1;
             if (count > exponent + 1) {
                 *t++ = '.';
-                for (int i = exponent + 1; i < count; ++i) *t++ = digits[i];
+                std::memcpy(t, digits + exponent + 1, 8);
+                t += count - exponent - 1;
             }
         } else {
-            *t++ = '0';
-            *t++ = '.';
-            for (int i = -1; i > exponent; --i) *t++ = '0';
-            for (int i = 0; i < count; ++i) *t++ = digits[i];
+            std::memcpy(t, "0.000000", 8);  // "0." and -exponent - 1 zeros
+            t += 1 - exponent;
+            std::memcpy(t, digits, 8);
+            t += count;
         }
     } else {
         *t++ = digits[0];
         if (count > 1) {
             *t++ = '.';
-            for (int i = 1; i < count; ++i) *t++ = digits[i];
+            std::memcpy(t, digits + 1, 8);
+            t += count - 1;
         }
         *t++ = 'e';
         *t++ = exponent < 0 ? '-' : '+';
