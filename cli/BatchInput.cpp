@@ -198,15 +198,21 @@ public:
         fail(field, "not a boolean (true/false): '" + std::string(value) + "'");
     }
     // The allowed word the cell spells (in any case), the fallback when the cell is empty.
-    const char* choice(Column field, std::initializer_list<const char*> allowed, const char* fallback) const
+    std::string_view choice(Column field, std::initializer_list<std::string_view> allowed,
+                            std::string_view fallback) const
     {
         const std::string_view value = view(field);
         if (value.empty()) return fallback;
-        for (const char* a : allowed)
+        for (const std::string_view a : allowed)
             if (equalsIgnoringCase(value, a)) return a;
         std::string list;
-        for (const char* a : allowed) list += (list.empty() ? "" : ", ") + std::string(a);
+        for (const std::string_view a : allowed) list += (list.empty() ? "" : ", ") + std::string(a);
         fail(field, "'" + std::string(value) + "' is not one of " + list);
+    }
+    // A word of choice into text, which mostly holds it already (the row parsed before in this slot).
+    static void assign(std::string& text, std::string_view word)
+    {
+        if (text != word) text.assign(word);
     }
     [[noreturn, gnu::noinline, gnu::cold]] void fail(Column field, const std::string& message) const
     {
@@ -250,9 +256,9 @@ void parseRow(const CellViews& cells, std::size_t line, BatchRow& out)
                         r.number(cMyEnd).value_or(row.My)};
         row.momentsZ = {r.number(cMzStart).value_or(row.Mz), r.number(cMzMid).value_or(row.Mz),
                         r.number(cMzEnd).value_or(row.Mz)};
-        row.diagramY = r.choice(cDiagramY, {"polygonal", "parabolic"}, "polygonal");
-        row.diagramZ = r.choice(cDiagramZ, {"polygonal", "parabolic"}, "polygonal");
-        row.loadPoint = r.choice(cLoadPoint, {"center", "top", "bottom"}, "center");
+        RowReader::assign(row.diagramY, r.choice(cDiagramY, {"polygonal", "parabolic"}, "polygonal"));
+        RowReader::assign(row.diagramZ, r.choice(cDiagramZ, {"polygonal", "parabolic"}, "polygonal"));
+        RowReader::assign(row.loadPoint, r.choice(cLoadPoint, {"center", "top", "bottom"}, "center"));
         row.maxMoment = r.number(cMaxMoment);
         row.mcr = r.number(cMcr);
         row.cTheta = r.number(cCTheta);
@@ -265,7 +271,7 @@ void parseRow(const CellViews& cells, std::size_t line, BatchRow& out)
         if (row.cTheta && *row.cTheta < 0.0) r.fail(cCTheta, "must not be negative");
         if (row.shearPanel && *row.shearPanel < 0.0) r.fail(cShearPanel, "must not be negative");
         row.rolledMethod = r.optionalFlag(cRolledMethod);
-        row.mcrMethod = r.choice(cMcrMethod, {"tables", "numerical"}, "tables");
+        RowReader::assign(row.mcrMethod, r.choice(cMcrMethod, {"tables", "numerical"}, "tables"));
         if (row.mcrMethod == "numerical" && row.mcr && *row.mcr != 0.0)
             r.fail(cMcrMethod, "numerical computes Mcr; it cannot be combined with a given mcr");
         row.torsionallyDeformable = r.flag(cTorsionallyDeformable);
@@ -295,28 +301,14 @@ BatchRow parseRow(const Cells& cells, std::size_t line)
 
 bool isBlank(std::string_view line) { return trimView(line).empty(); }
 
-// The fields of a CSV record without quotes as views into the line, trimmed; false when the line holds a
-// quote (splitCsv then takes it apart).
-bool splitPlainCsv(std::string_view line, std::vector<std::string_view>& fields)
-{
-    fields.clear();
-    if (line.find('"') != std::string_view::npos) return false;
-    std::size_t start = 0;
-    for (std::size_t i = 0; i < line.size(); ++i) {
-        if (line[i] == ',') {
-            fields.push_back(trimView(line.substr(start, i - start)));
-            start = i + 1;
-        }
-    }
-    fields.push_back(trimView(line.substr(start)));
-    return true;
-}
-
 // The CSV header: the position of each known column; InputError for a missing required or an unknown
 // column.
 struct CsvHeader {
     std::size_t fields = 0;
     std::array<std::size_t, columnCount> position{};
+    // The column of each field: a column named twice keeps only its last field, so the others map to
+    // columnCount (none).
+    std::vector<std::size_t> columnOfField;
 };
 
 CsvHeader parseHeader(std::string_view line, std::size_t lineNo)
@@ -334,24 +326,54 @@ CsvHeader parseHeader(std::string_view line, std::size_t lineNo)
     h.fields = header.size();
     h.position.fill(header.size());
     for (std::size_t i = 0; i < header.size(); ++i) h.position[columnOf(header[i])] = i;
+    h.columnOfField.assign(header.size(), columnCount);
+    for (std::size_t c = 0; c < columnCount; ++c)
+        if (h.position[c] < h.fields) h.columnOfField[h.position[c]] = c;
     return h;
+}
+
+// The cells of a CSV record without quotes, trimmed, straight into their columns; the number of fields
+// and the first one. False when the line holds a quote (splitCsv then takes it apart).
+bool splitPlainCsvCells(std::string_view line, const CsvHeader& header, CellViews& cells, std::size_t& fields,
+                        std::string_view& first)
+{
+    if (line.find('"') != std::string_view::npos) return false;
+    const std::size_t known = header.columnOfField.size();
+    std::size_t field = 0, start = 0;
+    const std::size_t n = line.size();
+    for (std::size_t i = 0;; ++i) {
+        if (i < n && line[i] != ',') continue;
+        const std::string_view cell = trimView(line.substr(start, i - start));
+        if (field == 0) first = cell;
+        if (field < known && header.columnOfField[field] < columnCount) cells[header.columnOfField[field]] = cell;
+        ++field;
+        if (i >= n) break;
+        start = i + 1;
+    }
+    fields = field;
+    return true;
 }
 
 void parseCsvLine(std::string_view line, std::size_t number, const CsvHeader& header,
                   std::vector<std::string_view>& fields, std::vector<std::string>& quotedFields, BatchRow& out)
 {
-    if (!splitPlainCsv(line, fields)) {
+    CellViews cells;
+    std::size_t count = 0;
+    std::string_view first;
+    if (!splitPlainCsvCells(line, header, cells, count, first)) {
         quotedFields = splitCsv(std::string(line));
         fields.assign(quotedFields.begin(), quotedFields.end());
+        count = fields.size();
+        first = fields.empty() ? std::string_view() : fields[0];
+        if (count == header.fields)
+            for (std::size_t c = 0; c < columnCount; ++c)
+                if (header.position[c] < header.fields) cells[c] = fields[header.position[c]];
     }
-    if (fields.size() != header.fields) {
-        out = RowError{number, fields.empty() ? "" : std::string(fields[0]), "",
-                       "expected " + std::to_string(header.fields) + " fields, found " + std::to_string(fields.size())};
+    if (count != header.fields) {
+        out = RowError{number, std::string(first), "",
+                       "expected " + std::to_string(header.fields) + " fields, found " + std::to_string(count)};
         return;
     }
-    CellViews cells;
-    for (std::size_t c = 0; c < columnCount; ++c)
-        if (header.position[c] < header.fields) cells[c] = fields[header.position[c]];
     parseRow(cells, number, out);
 }
 

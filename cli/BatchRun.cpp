@@ -809,9 +809,14 @@ void BatchSummary::add(const std::vector<RowResult>& results)
         }
         if (r.governing.empty()) continue;
         // The five highest, by utilization (not a number first), then by line.
-        const Top entry{rank(r.governingUtilization), r.governingUtilization, r.line, r.id, r.governing, r.section};
+        // The texts are copied only for a row that enters the five.
+        const double entryRank = rank(r.governingUtilization);
         auto before = [](const Top& a, const Top& b) { return a.rank != b.rank ? a.rank > b.rank : a.line < b.line; };
-        if (top_.size() == 5 && !before(entry, top_.back())) continue;
+        if (top_.size() == 5) {
+            const Top& last = top_.back();
+            if (!(entryRank != last.rank ? entryRank > last.rank : r.line < last.line)) continue;
+        }
+        const Top entry{entryRank, r.governingUtilization, r.line, r.id, r.governing, r.section};
         top_.insert(std::upper_bound(top_.begin(), top_.end(), entry, before), entry);
         if (top_.size() > 5) top_.pop_back();
     }
