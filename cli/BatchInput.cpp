@@ -11,6 +11,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 #include <functional>
 #include <iterator>
 #include <map>
@@ -38,11 +39,29 @@ enum Column : std::size_t {
 };
 static_assert(cMcrMethod + 1 == columnCount);
 
-// The index of a known column name, or columnCount.
+// The index of a known column name, or columnCount. Every key of every JSON line comes here: the names
+// are grouped by length, so that a name is compared only with the few of its own length.
 std::size_t columnOf(std::string_view name)
 {
-    for (std::size_t i = 0; i < columnCount; ++i)
-        if (name == knownColumns[i]) return i;
+    constexpr std::size_t longest = 24;
+    struct ByLength {
+        std::array<std::array<unsigned char, columnCount>, longest + 1> columns{};
+        std::array<std::size_t, longest + 1> count{};
+    };
+    static const ByLength byLength = [] {
+        ByLength b;
+        for (std::size_t i = 0; i < columnCount; ++i) {
+            const std::size_t n = std::char_traits<char>::length(knownColumns[i]);
+            b.columns[n][b.count[n]++] = static_cast<unsigned char>(i);
+        }
+        return b;
+    }();
+    if (name.size() > longest) return columnCount;
+    const std::size_t n = name.size();
+    for (std::size_t k = 0; k < byLength.count[n]; ++k) {
+        const std::size_t i = byLength.columns[n][k];
+        if (std::memcmp(name.data(), knownColumns[i], n) == 0) return i;
+    }
     return columnCount;
 }
 
@@ -81,7 +100,7 @@ std::string lower(std::string s)
 // the value m / 10^k, one correctly rounded division of exact doubles, is the correctly rounded value
 // that std::from_chars gives (Clinger's fast path). Anything else (exponents, more digits, "5.", ".5",
 // "+5") is left to std::from_chars: false.
-bool parsePlainDecimal(std::string_view text, double& value)
+inline bool parsePlainDecimal(std::string_view text, double& value)
 {
     static constexpr double powers[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
     const char* p = text.data();
@@ -162,7 +181,7 @@ public:
         out.assign(value);
     }
     // A plain decimal is read here, inline; any other text (and an error) by the slower path.
-    std::optional<double> number(Column field) const
+    [[gnu::always_inline]] std::optional<double> number(Column field) const
     {
         const std::string_view cell = view(field);
         if (cell.empty()) return std::nullopt;
@@ -180,7 +199,7 @@ public:
         if (!std::isfinite(x)) fail(field, "not a finite number: '" + std::string(cell) + "'");
         return x;
     }
-    double requiredNumber(Column field) const
+    [[gnu::always_inline]] double requiredNumber(Column field) const
     {
         auto value = number(field);
         if (!value) fail(field, "missing value");

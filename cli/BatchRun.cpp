@@ -679,7 +679,7 @@ struct PipelineChunk {
 };
 
 // Rows per slice: a worker parses, evaluates and formats a slice at a time, into the slice's own text.
-constexpr std::size_t sliceRows = 256;
+constexpr std::size_t sliceRows = 128;
 
 } // namespace
 
