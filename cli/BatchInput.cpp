@@ -74,12 +74,13 @@ char lowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A
 bool equalsIgnoringCase(std::string_view a, std::string_view b)
 {
     if (a.size() != b.size()) return false;
+    if (a == b) return true;  // the usual spelling, at once
     for (std::size_t i = 0; i < a.size(); ++i)
         if (lowerAscii(a[i]) != b[i]) return false;
     return true;
 }
 
-std::string_view trimView(std::string_view s)
+[[gnu::always_inline]] inline std::string_view trimView(std::string_view s)
 {
     if (s.empty() || (!isBlankChar(s.front()) && !isBlankChar(s.back()))) return s;  // the usual cell
     std::size_t a = 0, b = s.size();
@@ -210,9 +211,10 @@ public:
     {
         const std::string_view value = view(field);
         if (value.empty()) return std::nullopt;
-        for (const char* yes : {"true", "yes", "1"})
+        using namespace std::string_view_literals;
+        for (const std::string_view yes : {"true"sv, "yes"sv, "1"sv})
             if (equalsIgnoringCase(value, yes)) return true;
-        for (const char* no : {"false", "no", "0"})
+        for (const std::string_view no : {"false"sv, "no"sv, "0"sv})
             if (equalsIgnoringCase(value, no)) return false;
         fail(field, "not a boolean (true/false): '" + std::string(value) + "'");
     }
