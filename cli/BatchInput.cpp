@@ -573,48 +573,12 @@ struct BatchReader::Impl {
     std::string pending;        // a data line read ahead (the first JSON line), with its number
     std::size_t pendingLine = 0;
     Lines lines;  // the chunk's data lines, reused
-    // The input is read in blocks: a line is then one search and one copy (std::getline takes it
-    // character by character). The lines are those of std::getline: split at '\n', the last one also
-    // without it, none after a final '\n'.
-    static constexpr std::size_t blockSize = std::size_t{1} << 20;
-    std::string block;
-    std::size_t position = 0;  // of the next line in block
-    bool exhausted = false;    // the stream has given all it has
 
     Impl(std::istream& stream, unsigned threads) : in(stream), jobs(threads) {}
 
-    bool nextLine(std::string& line)
-    {
-        for (;;) {
-            const char* const begin = block.data() + position;
-            const std::size_t available = block.size() - position;
-            if (const void* end = std::memchr(begin, '\n', available)) {
-                const auto length = static_cast<std::size_t>(static_cast<const char*>(end) - begin);
-                line.assign(begin, length);
-                position += length + 1;
-                return true;
-            }
-            if (exhausted) {
-                if (available == 0) return false;
-                line.assign(begin, available);
-                position = block.size();
-                return true;
-            }
-            // The start of a line stays, the next block goes after it.
-            block.erase(0, position);
-            position = 0;
-            const std::size_t kept = block.size();
-            block.resize(kept + blockSize);
-            in.read(block.data() + kept, static_cast<std::streamsize>(blockSize));
-            const auto got = static_cast<std::size_t>(in.gcount());
-            block.resize(kept + got);
-            if (got < blockSize) exhausted = true;  // read stops short only at the end of the input
-        }
-    }
-
     bool readLine(std::string& line)
     {
-        if (!nextLine(line)) return false;
+        if (!std::getline(in, line)) return false;
         ++lineNo;
         if (first) {
             first = false;
