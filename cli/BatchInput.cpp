@@ -293,7 +293,7 @@ void parseRow(const CellViews& cells, std::size_t line, BatchRow& out)
         if (row.shearPanel && *row.shearPanel < 0.0) r.fail(cShearPanel, "must not be negative");
         row.rolledMethod = r.optionalFlag(cRolledMethod);
         RowReader::assign(row.mcrMethod, r.choice(cMcrMethod, {"tables", "numerical"}, "tables"));
-        if (row.mcrMethod == "numerical" && row.mcr && *row.mcr != 0.0)
+        if (row.mcr && *row.mcr != 0.0 && row.mcrMethod == "numerical")
             r.fail(cMcrMethod, "numerical computes Mcr; it cannot be combined with a given mcr");
         row.torsionallyDeformable = r.flag(cTorsionallyDeformable);
         row.cmFloor = r.flag(cCmFloor);

@@ -54,15 +54,22 @@ private:
     std::vector<std::pair<std::string, std::unique_ptr<Entry>>> entries_;
 };
 
+// text spells word: a comparison of known length, which the compiler does inline (no call per word).
+template <std::size_t N>
+bool spells(const std::string& text, const char (&word)[N])
+{
+    return text.size() == N - 1 && std::memcmp(text.data(), word, N - 1) == 0;
+}
+
 MomentDiagram diagramOf(const std::string& text)
 {
-    return text == "parabolic" ? MomentDiagram::Parabolic : MomentDiagram::Polygonal;
+    return spells(text, "parabolic") ? MomentDiagram::Parabolic : MomentDiagram::Polygonal;
 }
 
 ApplicationPoint loadPointOf(const std::string& text)
 {
-    if (text == "top") return ApplicationPoint::Top;
-    if (text == "bottom") return ApplicationPoint::Bottom;
+    if (spells(text, "top")) return ApplicationPoint::Top;
+    if (spells(text, "bottom")) return ApplicationPoint::Bottom;
     return ApplicationPoint::Center;
 }
 
@@ -166,7 +173,7 @@ void evaluate(const BatchRow& parsed, SectionCache& sections, const SectionCache
         member.torsionallyDeformable = row.torsionallyDeformable;
         member.cmFloor = row.cmFloor;
         member.elastic = row.elastic;
-        member.mcrMethod = row.mcrMethod == "numerical" ? design::McrMethod::Numerical : design::McrMethod::Tables;
+        member.mcrMethod = spells(row.mcrMethod, "numerical") ? design::McrMethod::Numerical : design::McrMethod::Tables;
     }
     design::designMember(cross, memberChecked ? &member : nullptr, out);
     out.line = row.line;
