@@ -218,8 +218,6 @@ void appendCsvField(std::string& out, const std::string& text)
         out += csvField(text);
 }
 
-// A utilization as printf's %.6g writes it ("0.873912", "1.2e-07", "inf", "-nan").
-void appendNumber(std::string& out, double value) { appendGeneral6(out, value); }
 
 // The names of a row's departures and its reasons not verified (as a JSON string and as a CSV field):
 // rows share a handful of combinations, so the texts of the combinations met are kept per thread (a few
@@ -271,11 +269,11 @@ void appendInteger(std::string& out, Integer value)
 // One result row of the CSV output, with its line break; utilizationCount columns of utilizations.
 void appendCsvRow(std::string& buffer, const RowResult& r, std::size_t utilizationCount)
 {
-    appendCsvField(buffer, r.id);
-    buffer += ',';
-    appendInteger(buffer, r.line);
-    buffer += r.rejected ? ",rejected," : ",checked,";
     if (r.rejected) {
+        appendCsvField(buffer, r.id);
+        buffer += ',';
+        appendInteger(buffer, r.line);
+        buffer += ",rejected,";
         // Empty section .. shearBucklingErrorCode (6), utilizations, governing .. departures (7).
         buffer.append(6 + utilizationCount + 7, ',');
         appendCsvField(buffer, r.errorField);
@@ -284,13 +282,38 @@ void appendCsvRow(std::string& buffer, const RowResult& r, std::size_t utilizati
         buffer += '\n';
         return;
     }
-    appendCsvField(buffer, r.section);
-    buffer += ',';
-    buffer += r.steel;
-    // The codes and the utilizations written straight in, the room for them made at once.
+    // The row written straight in, the room for it made at once: its texts at their length (an id or a
+    // section in quotes at most doubled), the numbers at their longest.
+    static const std::string none;
+    const std::string& reasons = r.limitations != 0 ? csvReasonsOf(r.limitations) : none;
+    const std::string& departures = r.departures != 0 ? departuresOf(r.departures) : none;
+    const std::string_view verdict = design::toString(r.verdict);
+    const std::size_t room = 2 * (r.id.size() + r.section.size()) + 4 + r.steel.size() + r.governing.size() +
+                             reasons.size() + departures.size() + verdict.size() + 24 + 4 * 12 +
+                             (r.crossSection.size() + r.member.size() + 2) * (general6Length + 1) + 32;
     const std::size_t start = buffer.size();
-    buffer.resize(start + 4 * 12 + (r.crossSection.size() + r.member.size()) * (general6Length + 1));
+    buffer.resize(start + room);
     char* t = buffer.data() + start;
+    auto put = [&t](std::string_view text) {
+        std::memcpy(t, text.data(), text.size());
+        t += text.size();
+    };
+    auto putField = [&](const std::string& text) {  // as appendCsvField
+        if (!needsQuotes(text)) return put(text);
+        *t++ = '"';
+        for (const char c : text) {
+            if (c == '"') *t++ = '"';
+            *t++ = c;
+        }
+        *t++ = '"';
+    };
+    putField(r.id);
+    *t++ = ',';
+    t = std::to_chars(t, t + 24, r.line).ptr;
+    put(",checked,");
+    putField(r.section);
+    *t++ = ',';
+    put(r.steel);
     for (int code : {r.sectionClass, r.errorCode, r.memberErrorCode, r.shearBucklingErrorCode}) {
         *t++ = ',';
         t = std::to_chars(t, t + 11, code).ptr;
@@ -303,20 +326,20 @@ void appendCsvRow(std::string& buffer, const RowResult& r, std::size_t utilizati
         *t++ = ',';
         if (u) t = writeGeneral6(t, u.value());
     }
+    *t++ = ',';
+    put(r.governing);
+    *t++ = ',';
+    if (!r.governing.empty()) t = writeGeneral6(t, r.governingUtilization);
+    put(r.fulfilled ? ",true," : ",false,");
+    put(verdict);
+    *t++ = ',';
+    put(reasons);
+    *t++ = ',';
+    if (r.enGoverning) t = writeGeneral6(t, r.enGoverning.value());
+    *t++ = ',';
+    put(departures);
+    put(",,\n");
     buffer.resize(static_cast<std::size_t>(t - buffer.data()));
-    buffer += ',';
-    buffer += r.governing;
-    buffer += ',';
-    if (!r.governing.empty()) appendNumber(buffer, r.governingUtilization);
-    buffer += r.fulfilled ? ",true," : ",false,";
-    buffer += design::toString(r.verdict);
-    buffer += ',';
-    if (r.limitations != 0) buffer += csvReasonsOf(r.limitations);
-    buffer += ',';
-    if (r.enGoverning) appendNumber(buffer, r.enGoverning.value());
-    buffer += ',';
-    if (r.departures != 0) buffer += departuresOf(r.departures);
-    buffer += ",,\n";
 }
 
 // --- JSON Lines, written directly: the same bytes as nlohmann::json's dump() of jsonOfRow (keys in
