@@ -1,6 +1,6 @@
 // Batch throughput end to end: the example model (examples/frames.csv) repeated to 100,000 rows as CSV
-// text in memory, streamed in chunks through the reader, the evaluating threads and the writer on two
-// threads, as `steeldesign batch` does; CSV and JSON Lines out.
+// text in memory, streamed in chunks through the pipeline of `steeldesign batch` (cli::runPipeline: the
+// reader, two threads parsing, evaluating and formatting, the writer); CSV and JSON Lines out.
 
 #include <cli/BatchInput.h>
 #include <cli/BatchRun.h>
@@ -58,18 +58,11 @@ void batchThroughput(benchmark::State& state)
         CountingBuffer counted;
         std::ostream out(&counted);
         cli::BatchReader reader(in, cli::BatchFormat::Csv, 2);
-        cli::BatchEvaluator evaluator(2);
         cli::BatchSummary summary;
-        std::vector<cli::BatchRow> rows;
-        std::vector<cli::RowResult> results;
-        rowsDone = 0;
         cli::writeHeader(out, format);
-        while (reader.next(rows, 8192)) {
-            evaluator.run(rows, results);
-            cli::writeRows(out, results, format, 2);
-            summary.add(results);
-            rowsDone += results.size();
-        }
+        static std::size_t done = 0;
+        cli::runPipeline(reader, out, format, 2, 8192, summary, [](std::size_t rows) { done = rows; });
+        rowsDone = done;
         benchmark::DoNotOptimize(counted.bytes);
         if (rowsDone != batchRows) state.SkipWithError("rows lost");
     }

@@ -120,20 +120,10 @@ void run(const BatchOptions& o, CommandResult& result)
     };
 
     const bool progress = isatty(STDERR_FILENO) != 0;
-    BatchEvaluator evaluator(o.jobs);
     BatchSummary summary;
-    std::vector<BatchRow> rows;
-    std::vector<RowResult> results;
-    std::size_t done = 0;
     writeHeader(out, format);
-    while (!batchStopRequested() && reader.next(rows, chunkRows)) {
-        evaluator.run(rows, results);
-        if (batchStopRequested()) break;
-        writeRows(out, results, format, o.jobs);
-        summary.add(results);
-        done += rows.size();
-        if (progress) std::fprintf(stderr, "\r%zu rows", done);
-    }
+    runPipeline(reader, out, format, o.jobs, chunkRows, summary,
+                progress ? +[](std::size_t done) { std::fprintf(stderr, "\r%zu rows", done); } : nullptr);
     if (progress) std::fprintf(stderr, "\r%*s\r", 30, "");
     if (batchStopRequested()) {
         discard();

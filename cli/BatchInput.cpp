@@ -11,6 +11,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 #include <functional>
 #include <iterator>
 #include <map>
@@ -38,11 +39,29 @@ enum Column : std::size_t {
 };
 static_assert(cMcrMethod + 1 == columnCount);
 
-// The index of a known column name, or columnCount.
+// The index of a known column name, or columnCount. Every key of every JSON line comes here: the names
+// are grouped by length, so that a name is compared only with the few of its own length.
 std::size_t columnOf(std::string_view name)
 {
-    for (std::size_t i = 0; i < columnCount; ++i)
-        if (name == knownColumns[i]) return i;
+    constexpr std::size_t longest = 24;
+    struct ByLength {
+        std::array<std::array<unsigned char, columnCount>, longest + 1> columns{};
+        std::array<std::size_t, longest + 1> count{};
+    };
+    static const ByLength byLength = [] {
+        ByLength b;
+        for (std::size_t i = 0; i < columnCount; ++i) {
+            const std::size_t n = std::char_traits<char>::length(knownColumns[i]);
+            b.columns[n][b.count[n]++] = static_cast<unsigned char>(i);
+        }
+        return b;
+    }();
+    if (name.size() > longest) return columnCount;
+    const std::size_t n = name.size();
+    for (std::size_t k = 0; k < byLength.count[n]; ++k) {
+        const std::size_t i = byLength.columns[n][k];
+        if (std::memcmp(name.data(), knownColumns[i], n) == 0) return i;
+    }
     return columnCount;
 }
 
@@ -55,12 +74,13 @@ char lowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A
 bool equalsIgnoringCase(std::string_view a, std::string_view b)
 {
     if (a.size() != b.size()) return false;
+    if (a == b) return true;  // the usual spelling, at once
     for (std::size_t i = 0; i < a.size(); ++i)
         if (lowerAscii(a[i]) != b[i]) return false;
     return true;
 }
 
-std::string_view trimView(std::string_view s)
+[[gnu::always_inline]] inline std::string_view trimView(std::string_view s)
 {
     if (s.empty() || (!isBlankChar(s.front()) && !isBlankChar(s.back()))) return s;  // the usual cell
     std::size_t a = 0, b = s.size();
@@ -81,7 +101,7 @@ std::string lower(std::string s)
 // the value m / 10^k, one correctly rounded division of exact doubles, is the correctly rounded value
 // that std::from_chars gives (Clinger's fast path). Anything else (exponents, more digits, "5.", ".5",
 // "+5") is left to std::from_chars: false.
-bool parsePlainDecimal(std::string_view text, double& value)
+[[gnu::always_inline]] inline bool parsePlainDecimal(std::string_view text, double& value)
 {
     static constexpr double powers[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
     const char* p = text.data();
@@ -154,18 +174,25 @@ public:
         const std::optional<std::string_view>& cell = cells_[field];
         return cell ? *cell : std::string_view();
     }
-    std::string requiredText(Column field) const
+    // The cell's text into out (whose memory is reused from row to row).
+    void requiredText(Column field, std::string& out) const
     {
         const std::string_view value = view(field);
         if (value.empty()) fail(field, "missing value");
-        return std::string(value);
+        if (out != value) out.assign(value);  // neighbouring rows mostly name the same section and steel
     }
-    std::optional<double> number(Column field) const
+    // A plain decimal is read here, inline; any other text (and an error) by the slower path.
+    [[gnu::always_inline]] std::optional<double> number(Column field) const
     {
         const std::string_view cell = view(field);
         if (cell.empty()) return std::nullopt;
         double x = 0.0;
         if (parsePlainDecimal(cell, x)) return x;
+        return otherNumber(field, cell);
+    }
+    [[gnu::noinline]] double otherNumber(Column field, std::string_view cell) const
+    {
+        double x = 0.0;
         const char* begin = cell.data();
         const char* end = begin + cell.size();
         auto [ptr, ec] = std::from_chars(begin, end, x);
@@ -173,7 +200,7 @@ public:
         if (!std::isfinite(x)) fail(field, "not a finite number: '" + std::string(cell) + "'");
         return x;
     }
-    double requiredNumber(Column field) const
+    [[gnu::always_inline]] double requiredNumber(Column field) const
     {
         auto value = number(field);
         if (!value) fail(field, "missing value");
@@ -184,24 +211,31 @@ public:
     {
         const std::string_view value = view(field);
         if (value.empty()) return std::nullopt;
-        for (const char* yes : {"true", "yes", "1"})
+        using namespace std::string_view_literals;
+        for (const std::string_view yes : {"true"sv, "yes"sv, "1"sv})
             if (equalsIgnoringCase(value, yes)) return true;
-        for (const char* no : {"false", "no", "0"})
+        for (const std::string_view no : {"false"sv, "no"sv, "0"sv})
             if (equalsIgnoringCase(value, no)) return false;
         fail(field, "not a boolean (true/false): '" + std::string(value) + "'");
     }
     // The allowed word the cell spells (in any case), the fallback when the cell is empty.
-    const char* choice(Column field, std::initializer_list<const char*> allowed, const char* fallback) const
+    std::string_view choice(Column field, std::initializer_list<std::string_view> allowed,
+                            std::string_view fallback) const
     {
         const std::string_view value = view(field);
         if (value.empty()) return fallback;
-        for (const char* a : allowed)
+        for (const std::string_view a : allowed)
             if (equalsIgnoringCase(value, a)) return a;
         std::string list;
-        for (const char* a : allowed) list += (list.empty() ? "" : ", ") + std::string(a);
+        for (const std::string_view a : allowed) list += (list.empty() ? "" : ", ") + std::string(a);
         fail(field, "'" + std::string(value) + "' is not one of " + list);
     }
-    [[noreturn]] void fail(Column field, const std::string& message) const
+    // A word of choice into text, which mostly holds it already (the row parsed before in this slot).
+    static void assign(std::string& text, std::string_view word)
+    {
+        if (text != word) text.assign(word);
+    }
+    [[noreturn, gnu::noinline, gnu::cold]] void fail(Column field, const std::string& message) const
     {
         const std::optional<std::string_view>& id = cells_[cId];
         throw RowError{line_, id ? std::string(*id) : std::string(), knownColumns[field], message};
@@ -212,15 +246,18 @@ private:
     std::size_t line_;
 };
 
-BatchRow parseRow(const CellViews& cells, std::size_t line)
+// The row of the cells into out. A MemberRow already there is parsed over in place, so that its texts keep
+// their memory from chunk to chunk: every field is assigned.
+void parseRow(const CellViews& cells, std::size_t line, BatchRow& out)
 {
     const RowReader r(cells, line);
+    if (!std::holds_alternative<MemberRow>(out)) out.emplace<MemberRow>();
+    MemberRow& row = std::get<MemberRow>(out);
     try {
-        MemberRow row;
         row.line = line;
-        row.id = r.requiredText(cId);
-        row.section = r.requiredText(cSection);
-        row.steel = r.requiredText(cSteel);
+        r.requiredText(cId, row.id);
+        r.requiredText(cSection, row.section);
+        r.requiredText(cSteel, row.steel);
         row.N = r.requiredNumber(cN);
         row.My = r.requiredNumber(cMy);
         row.Mz = r.requiredNumber(cMz);
@@ -232,36 +269,45 @@ BatchRow parseRow(const CellViews& cells, std::size_t line)
         row.lengthY = r.number(cLengthY);
         row.lengthZ = r.number(cLengthZ);
         row.lengthLT = r.number(cLengthLT);
-        for (Column field : {cLengthY, cLengthZ, cLengthLT})
-            if (auto v = r.number(field); v && *v < 0.0) r.fail(field, "must not be negative");
+        // Each value is read once and then checked, in the order of the columns above.
+        if (row.lengthY && *row.lengthY < 0.0) r.fail(cLengthY, "must not be negative");
+        if (row.lengthZ && *row.lengthZ < 0.0) r.fail(cLengthZ, "must not be negative");
+        if (row.lengthLT && *row.lengthLT < 0.0) r.fail(cLengthLT, "must not be negative");
         row.momentsY = {r.number(cMyStart).value_or(row.My), r.number(cMyMid).value_or(row.My),
                         r.number(cMyEnd).value_or(row.My)};
         row.momentsZ = {r.number(cMzStart).value_or(row.Mz), r.number(cMzMid).value_or(row.Mz),
                         r.number(cMzEnd).value_or(row.Mz)};
-        row.diagramY = r.choice(cDiagramY, {"polygonal", "parabolic"}, "polygonal");
-        row.diagramZ = r.choice(cDiagramZ, {"polygonal", "parabolic"}, "polygonal");
-        row.loadPoint = r.choice(cLoadPoint, {"center", "top", "bottom"}, "center");
+        RowReader::assign(row.diagramY, r.choice(cDiagramY, {"polygonal", "parabolic"}, "polygonal"));
+        RowReader::assign(row.diagramZ, r.choice(cDiagramZ, {"polygonal", "parabolic"}, "polygonal"));
+        RowReader::assign(row.loadPoint, r.choice(cLoadPoint, {"center", "top", "bottom"}, "center"));
         row.maxMoment = r.number(cMaxMoment);
         row.mcr = r.number(cMcr);
         row.cTheta = r.number(cCTheta);
         row.shearPanel = r.number(cShearPanel);
         row.gammaM0 = r.number(cGammaM0);
         row.gammaM1 = r.number(cGammaM1);
-        for (Column field : {cGammaM0, cGammaM1})
-            if (auto g = r.number(field); g && *g <= 0.0) r.fail(field, "must be positive");
-        for (Column field : {cMcr, cCTheta, cShearPanel})
-            if (auto v = r.number(field); v && *v < 0.0) r.fail(field, "must not be negative");
+        if (row.gammaM0 && *row.gammaM0 <= 0.0) r.fail(cGammaM0, "must be positive");
+        if (row.gammaM1 && *row.gammaM1 <= 0.0) r.fail(cGammaM1, "must be positive");
+        if (row.mcr && *row.mcr < 0.0) r.fail(cMcr, "must not be negative");
+        if (row.cTheta && *row.cTheta < 0.0) r.fail(cCTheta, "must not be negative");
+        if (row.shearPanel && *row.shearPanel < 0.0) r.fail(cShearPanel, "must not be negative");
         row.rolledMethod = r.optionalFlag(cRolledMethod);
-        row.mcrMethod = r.choice(cMcrMethod, {"tables", "numerical"}, "tables");
-        if (row.mcrMethod == "numerical" && row.mcr && *row.mcr != 0.0)
+        RowReader::assign(row.mcrMethod, r.choice(cMcrMethod, {"tables", "numerical"}, "tables"));
+        if (row.mcr && *row.mcr != 0.0 && row.mcrMethod == "numerical")
             r.fail(cMcrMethod, "numerical computes Mcr; it cannot be combined with a given mcr");
         row.torsionallyDeformable = r.flag(cTorsionallyDeformable);
         row.cmFloor = r.flag(cCmFloor);
         row.elastic = r.flag(cElastic);
-        return row;
-    } catch (const RowError& e) {
-        return e;
+    } catch (RowError& e) {
+        out = std::move(e);
     }
+}
+
+BatchRow parseRow(const CellViews& cells, std::size_t line)
+{
+    BatchRow row;
+    parseRow(cells, line, row);
+    return row;
 }
 
 // A row given by column name (JSON Lines); every name is a known column.
@@ -276,29 +322,14 @@ BatchRow parseRow(const Cells& cells, std::size_t line)
 
 bool isBlank(std::string_view line) { return trimView(line).empty(); }
 
-// The fields of a CSV record without quotes as views into the line, trimmed; false when the line holds a
-// quote (splitCsv then takes it apart).
-bool splitPlainCsv(std::string_view line, std::vector<std::string_view>& fields)
-{
-    fields.clear();
-    std::size_t start = 0;
-    for (std::size_t i = 0; i < line.size(); ++i) {
-        const char c = line[i];
-        if (c == '"') return false;
-        if (c == ',') {
-            fields.push_back(trimView(line.substr(start, i - start)));
-            start = i + 1;
-        }
-    }
-    fields.push_back(trimView(line.substr(start)));
-    return true;
-}
-
 // The CSV header: the position of each known column; InputError for a missing required or an unknown
 // column.
 struct CsvHeader {
     std::size_t fields = 0;
     std::array<std::size_t, columnCount> position{};
+    // The column of each field: a column named twice keeps only its last field, so the others map to
+    // columnCount (none).
+    std::vector<std::size_t> columnOfField;
 };
 
 CsvHeader parseHeader(std::string_view line, std::size_t lineNo)
@@ -316,23 +347,55 @@ CsvHeader parseHeader(std::string_view line, std::size_t lineNo)
     h.fields = header.size();
     h.position.fill(header.size());
     for (std::size_t i = 0; i < header.size(); ++i) h.position[columnOf(header[i])] = i;
+    h.columnOfField.assign(header.size(), columnCount);
+    for (std::size_t c = 0; c < columnCount; ++c)
+        if (h.position[c] < h.fields) h.columnOfField[h.position[c]] = c;
     return h;
 }
 
-BatchRow parseCsvLine(std::string_view line, std::size_t number, const CsvHeader& header,
-                      std::vector<std::string_view>& fields, std::vector<std::string>& quotedFields)
+// The cells of a CSV record without quotes, trimmed, straight into their columns; the number of fields
+// and the first one. False when the line holds a quote (splitCsv then takes it apart).
+bool splitPlainCsvCells(std::string_view line, const CsvHeader& header, CellViews& cells, std::size_t& fields,
+                        std::string_view& first)
 {
-    if (!splitPlainCsv(line, fields)) {
+    if (line.find('"') != std::string_view::npos) return false;
+    const std::size_t known = header.columnOfField.size();
+    std::size_t field = 0, start = 0;
+    const std::size_t n = line.size();
+    for (std::size_t i = 0;; ++i) {
+        if (i < n && line[i] != ',') continue;
+        const std::string_view cell = trimView(line.substr(start, i - start));
+        if (field == 0) first = cell;
+        if (field < known && header.columnOfField[field] < columnCount) cells[header.columnOfField[field]] = cell;
+        ++field;
+        if (i >= n) break;
+        start = i + 1;
+    }
+    fields = field;
+    return true;
+}
+
+void parseCsvLine(std::string_view line, std::size_t number, const CsvHeader& header,
+                  std::vector<std::string_view>& fields, std::vector<std::string>& quotedFields, BatchRow& out)
+{
+    CellViews cells;
+    std::size_t count = 0;
+    std::string_view first;
+    if (!splitPlainCsvCells(line, header, cells, count, first)) {
         quotedFields = splitCsv(std::string(line));
         fields.assign(quotedFields.begin(), quotedFields.end());
+        count = fields.size();
+        first = fields.empty() ? std::string_view() : fields[0];
+        if (count == header.fields)
+            for (std::size_t c = 0; c < columnCount; ++c)
+                if (header.position[c] < header.fields) cells[c] = fields[header.position[c]];
     }
-    if (fields.size() != header.fields)
-        return RowError{number, fields.empty() ? "" : std::string(fields[0]), "",
-                        "expected " + std::to_string(header.fields) + " fields, found " + std::to_string(fields.size())};
-    CellViews cells;
-    for (std::size_t c = 0; c < columnCount; ++c)
-        if (header.position[c] < header.fields) cells[c] = fields[header.position[c]];
-    return parseRow(cells, number);
+    if (count != header.fields) {
+        out = RowError{number, std::string(first), "",
+                       "expected " + std::to_string(header.fields) + " fields, found " + std::to_string(count)};
+        return;
+    }
+    parseRow(cells, number, out);
 }
 
 // The columns whose JSON numbers are read as numbers (the others take a number's text).
@@ -444,10 +507,18 @@ bool parsePlainJsonObject(std::string_view line, CellViews& cells)
     }
 }
 
-BatchRow parseJsonLine(const std::string& line, std::size_t lineNo)
+BatchRow parseJsonDocument(const std::string& line, std::size_t lineNo);
+
+void parseJsonLine(const std::string& line, std::size_t lineNo, BatchRow& out)
 {
     CellViews plain;
-    if (parsePlainJsonObject(line, plain)) return parseRow(plain, lineNo);
+    if (parsePlainJsonObject(line, plain)) return parseRow(plain, lineNo, out);
+    out = parseJsonDocument(line, lineNo);
+}
+
+// A line that is not the common plain object: through the document.
+BatchRow parseJsonDocument(const std::string& line, std::size_t lineNo)
+{
     nlohmann::json object;
     try {
         object = nlohmann::json::parse(line);
@@ -501,8 +572,7 @@ struct BatchReader::Impl {
     bool first = true;          // the next line read is the input's first: a byte-order mark is dropped
     std::string pending;        // a data line read ahead (the first JSON line), with its number
     std::size_t pendingLine = 0;
-    std::vector<std::string> lines;  // the chunk's data lines, reused
-    std::vector<std::size_t> numbers;
+    Lines lines;  // the chunk's data lines, reused
 
     Impl(std::istream& stream, unsigned threads) : in(stream), jobs(threads) {}
 
@@ -541,31 +611,48 @@ BatchReader::~BatchReader() = default;
 
 BatchFormat BatchReader::format() const { return impl_->format; }
 
-bool BatchReader::next(std::vector<BatchRow>& rows, std::size_t maxRows)
+bool BatchReader::readLines(Lines& lines, std::size_t maxRows)
 {
     Impl& r = *impl_;
     std::size_t count = 0;
-    if (r.lines.size() < maxRows) r.lines.resize(maxRows);
-    r.numbers.resize(maxRows);
+    if (lines.text.size() < maxRows) lines.text.resize(maxRows);
+    if (lines.numbers.size() < maxRows) lines.numbers.resize(maxRows);
     if (!r.pending.empty() && count < maxRows) {
-        r.lines[count].swap(r.pending);
+        lines.text[count].swap(r.pending);
         r.pending.clear();
-        r.numbers[count++] = r.pendingLine;
+        lines.numbers[count++] = r.pendingLine;
     }
-    while (count < maxRows && r.readLine(r.lines[count])) {
-        if (isBlank(r.lines[count])) continue;
-        r.numbers[count++] = r.lineNo;
+    while (count < maxRows && r.readLine(lines.text[count])) {
+        if (isBlank(lines.text[count])) continue;
+        lines.numbers[count++] = r.lineNo;
     }
+    lines.count = count;
+    return count > 0;
+}
+
+void BatchReader::parseLine(const Lines& lines, std::size_t i, BatchRow& row) const
+{
+    const Impl& r = *impl_;
+    if (r.format == BatchFormat::Csv) {
+        // The fields of a line, kept per thread from line to line.
+        thread_local std::vector<std::string_view> fields;
+        thread_local std::vector<std::string> quotedFields;
+        parseCsvLine(lines.text[i], lines.numbers[i], r.header, fields, quotedFields, row);
+    } else {
+        parseJsonLine(lines.text[i], lines.numbers[i], row);
+    }
+}
+
+bool BatchReader::next(std::vector<BatchRow>& rows, std::size_t maxRows)
+{
+    Impl& r = *impl_;
+    const bool any = readLines(r.lines, maxRows);
+    const std::size_t count = r.lines.count;
     rows.resize(count);
-    if (count == 0) return false;
+    if (!any) return false;
     // The chunk's rows are parsed on every core, each into its own slot.
     forEachChunk(count, 2048, r.jobs, [&](std::size_t begin, std::size_t end) {
-        std::vector<std::string_view> fields;
-        std::vector<std::string> quotedFields;
-        for (std::size_t i = begin; i < end; ++i)
-            rows[i] = r.format == BatchFormat::Csv
-                          ? parseCsvLine(r.lines[i], r.numbers[i], r.header, fields, quotedFields)
-                          : parseJsonLine(r.lines[i], r.numbers[i]);
+        for (std::size_t i = begin; i < end; ++i) parseLine(r.lines, i, rows[i]);
     });
     return true;
 }

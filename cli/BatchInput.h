@@ -77,6 +77,18 @@ public:
     // rejected), in input order; false at the end of the input.
     bool next(std::vector<BatchRow>& rows, std::size_t maxRows);
 
+    // The same in two steps, for a pipeline that reads the next chunk while the rows of the last one are
+    // parsed and evaluated: readLines takes the next up to maxRows data lines (not parsed; false at the
+    // end of the input), parseLine parses line i of them into row. parseLine may run on any thread,
+    // also beside readLines into other Lines.
+    struct Lines {
+        std::vector<std::string> text;     // reused from chunk to chunk
+        std::vector<std::size_t> numbers;  // 1-based line numbers
+        std::size_t count = 0;
+    };
+    bool readLines(Lines& lines, std::size_t maxRows);
+    void parseLine(const Lines& lines, std::size_t i, BatchRow& row) const;
+
 private:
     struct Impl;
     std::unique_ptr<Impl> impl_;

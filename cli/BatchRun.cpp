@@ -16,6 +16,7 @@
 #include <limits>
 #include <chrono>
 #include <cstdio>
+#include <cstring>
 #include <iostream>
 #include <istream>
 #include <mutex>
@@ -53,15 +54,22 @@ private:
     std::vector<std::pair<std::string, std::unique_ptr<Entry>>> entries_;
 };
 
+// text spells word: a comparison of known length, which the compiler does inline (no call per word).
+template <std::size_t N>
+bool spells(const std::string& text, const char (&word)[N])
+{
+    return text.size() == N - 1 && std::memcmp(text.data(), word, N - 1) == 0;
+}
+
 MomentDiagram diagramOf(const std::string& text)
 {
-    return text == "parabolic" ? MomentDiagram::Parabolic : MomentDiagram::Polygonal;
+    return spells(text, "parabolic") ? MomentDiagram::Parabolic : MomentDiagram::Polygonal;
 }
 
 ApplicationPoint loadPointOf(const std::string& text)
 {
-    if (text == "top") return ApplicationPoint::Top;
-    if (text == "bottom") return ApplicationPoint::Bottom;
+    if (spells(text, "top")) return ApplicationPoint::Top;
+    if (spells(text, "bottom")) return ApplicationPoint::Bottom;
     return ApplicationPoint::Center;
 }
 
@@ -104,26 +112,45 @@ KaConstrSteel* steelOf(const std::string& name)
         for (std::string_view grade : KaConstrSteel::gradeNames()) all.push_back(*KaConstrSteel::fromName(grade));
         return all;
     }();
+    // The grade of the spelling met last on this thread: rows mostly name the same one.
+    thread_local std::string lastName;
+    thread_local KaConstrSteel* last = nullptr;
+    if (last && name == lastName) return last;
     for (KaConstrSteel& grade : grades)
-        if (grade.getName() == name) return &grade;
+        if (grade.getName() == name) {
+            lastName = name;
+            return last = &grade;
+        }
     const std::optional<KaConstrSteel> found = KaConstrSteel::fromName(name);
     if (!found) return nullptr;
     for (KaConstrSteel& grade : grades)
-        if (grade.getName() == found->getName()) return &grade;
+        if (grade.getName() == found->getName()) {
+            lastName = name;
+            return last = &grade;
+        }
     return nullptr;
 }
 
 // known: the row's section entry when the caller has looked it up already, else null.
-RowResult evaluate(const BatchRow& parsed, SectionCache& sections, const SectionCache::Entry* known = nullptr)
+// The result goes into out, whose texts keep their memory from chunk to chunk: every field is set.
+void evaluate(const BatchRow& parsed, SectionCache& sections, const SectionCache::Entry* known, RowResult& out)
 {
-    if (const auto* error = std::get_if<RowError>(&parsed))
-        return rejected(error->line, error->id, error->field, error->message);
+    if (const auto* error = std::get_if<RowError>(&parsed)) {
+        out = rejected(error->line, error->id, error->field, error->message);
+        return;
+    }
     const MemberRow& row = std::get<MemberRow>(parsed);
     const SectionCache::Entry& entry = known ? *known : sections.get(row.section);
     SDBSection* section = entry.section.get();
-    if (!section) return rejected(row.line, row.id, "section", entry.error);
+    if (!section) {
+        out = rejected(row.line, row.id, "section", entry.error);
+        return;
+    }
     KaConstrSteel* steel = steelOf(row.steel);
-    if (!steel) return rejected(row.line, row.id, "steel", "unknown steel grade '" + row.steel + "'");
+    if (!steel) {
+        out = rejected(row.line, row.id, "steel", "unknown steel grade '" + row.steel + "'");
+        return;
+    }
 
     const Forces forces(row.N, row.My, row.Mz, row.Mt, row.Vy, row.Vz);
     const design::CrossSectionRequest cross{section, steel, forces, row.gammaM0.value_or(0.0), row.elastic};
@@ -146,12 +173,14 @@ RowResult evaluate(const BatchRow& parsed, SectionCache& sections, const Section
         member.torsionallyDeformable = row.torsionallyDeformable;
         member.cmFloor = row.cmFloor;
         member.elastic = row.elastic;
-        member.mcrMethod = row.mcrMethod == "numerical" ? design::McrMethod::Numerical : design::McrMethod::Tables;
+        member.mcrMethod = spells(row.mcrMethod, "numerical") ? design::McrMethod::Numerical : design::McrMethod::Tables;
     }
-    RowResult r = evaluateChecks(cross, memberChecked ? &member : nullptr);
-    r.line = row.line;
-    r.id = row.id;
-    return r;
+    design::designMember(cross, memberChecked ? &member : nullptr, out);
+    out.line = row.line;
+    out.id = row.id;
+    out.rejected = false;
+    out.errorField.clear();
+    out.errorMessage.clear();
 }
 
 } // namespace
@@ -189,46 +218,42 @@ void appendCsvField(std::string& out, const std::string& text)
         out += csvField(text);
 }
 
-// A utilization as printf's %.6g writes it ("0.873912", "1.2e-07", "inf", "-nan").
-void appendNumber(std::string& out, double value) { appendGeneral6(out, value); }
 
 // The names of a row's departures and its reasons not verified (as a JSON string and as a CSV field):
-// rows share a handful of combinations, so the text of the last one is kept per thread instead of being
-// joined again.
+// rows share a handful of combinations, so the texts of the combinations met are kept per thread (a few
+// dozen at most) instead of being joined again.
+template <typename Make>
+const std::string& textOf(std::vector<std::pair<std::uint32_t, std::string>>& kept, std::uint32_t mask, Make make)
+{
+    for (const auto& [key, text] : kept)
+        if (key == mask) return text;
+    if (kept.size() >= 64) kept.clear();
+    kept.emplace_back(mask, make(mask));
+    return kept.back().second;
+}
+
 const std::string& departuresOf(std::uint32_t departures)
 {
-    thread_local std::uint32_t last = 0;
-    thread_local std::string text;
-    if (departures != last || text.empty()) {
-        text = design::departureNames(departures);
-        last = departures;
-    }
-    return text;
+    thread_local std::vector<std::pair<std::uint32_t, std::string>> kept;
+    return textOf(kept, departures, [](std::uint32_t mask) { return design::departureNames(mask); });
 }
 
 void appendJsonString(std::string& out, std::string_view text);  // below
 
 const std::string& jsonReasonsOf(std::uint32_t limitations)
 {
-    thread_local std::uint32_t last = 0;
-    thread_local std::string text;
-    if (limitations != last || text.empty()) {
-        text.clear();
-        appendJsonString(text, design::describeAll(limitations));
-        last = limitations;
-    }
-    return text;
+    thread_local std::vector<std::pair<std::uint32_t, std::string>> kept;
+    return textOf(kept, limitations, [](std::uint32_t mask) {
+        std::string text;
+        appendJsonString(text, design::describeAll(mask));
+        return text;
+    });
 }
 
 const std::string& csvReasonsOf(std::uint32_t limitations)
 {
-    thread_local std::uint32_t last = 0;
-    thread_local std::string text;
-    if (limitations != last || text.empty()) {
-        text = csvField(design::describeAll(limitations));
-        last = limitations;
-    }
-    return text;
+    thread_local std::vector<std::pair<std::uint32_t, std::string>> kept;
+    return textOf(kept, limitations, [](std::uint32_t mask) { return csvField(design::describeAll(mask)); });
 }
 
 template <typename Integer>
@@ -244,11 +269,11 @@ void appendInteger(std::string& out, Integer value)
 // One result row of the CSV output, with its line break; utilizationCount columns of utilizations.
 void appendCsvRow(std::string& buffer, const RowResult& r, std::size_t utilizationCount)
 {
-    appendCsvField(buffer, r.id);
-    buffer += ',';
-    appendInteger(buffer, r.line);
-    buffer += r.rejected ? ",rejected," : ",checked,";
     if (r.rejected) {
+        appendCsvField(buffer, r.id);
+        buffer += ',';
+        appendInteger(buffer, r.line);
+        buffer += ",rejected,";
         // Empty section .. shearBucklingErrorCode (6), utilizations, governing .. departures (7).
         buffer.append(6 + utilizationCount + 7, ',');
         appendCsvField(buffer, r.errorField);
@@ -257,34 +282,64 @@ void appendCsvRow(std::string& buffer, const RowResult& r, std::size_t utilizati
         buffer += '\n';
         return;
     }
-    appendCsvField(buffer, r.section);
-    buffer += ',';
-    buffer += r.steel;
+    // The row written straight in, the room for it made at once: its texts at their length (an id or a
+    // section in quotes at most doubled), the numbers at their longest.
+    static const std::string none;
+    const std::string& reasons = r.limitations != 0 ? csvReasonsOf(r.limitations) : none;
+    const std::string& departures = r.departures != 0 ? departuresOf(r.departures) : none;
+    const std::string_view verdict = design::toString(r.verdict);
+    const std::size_t room = 2 * (r.id.size() + r.section.size()) + 4 + r.steel.size() + r.governing.size() +
+                             reasons.size() + departures.size() + verdict.size() + 24 + 4 * 12 +
+                             (r.crossSection.size() + r.member.size() + 2) * (general6Length + 1) + 32;
+    const std::size_t start = buffer.size();
+    buffer.resize(start + room);
+    char* t = buffer.data() + start;
+    auto put = [&t](std::string_view text) {
+        std::memcpy(t, text.data(), text.size());
+        t += text.size();
+    };
+    auto putField = [&](const std::string& text) {  // as appendCsvField
+        if (!needsQuotes(text)) return put(text);
+        *t++ = '"';
+        for (const char c : text) {
+            if (c == '"') *t++ = '"';
+            *t++ = c;
+        }
+        *t++ = '"';
+    };
+    putField(r.id);
+    *t++ = ',';
+    t = std::to_chars(t, t + 24, r.line).ptr;
+    put(",checked,");
+    putField(r.section);
+    *t++ = ',';
+    put(r.steel);
     for (int code : {r.sectionClass, r.errorCode, r.memberErrorCode, r.shearBucklingErrorCode}) {
-        buffer += ',';
-        appendInteger(buffer, code);
+        *t++ = ',';
+        t = std::to_chars(t, t + 11, code).ptr;
     }
     for (const auto& u : r.crossSection) {
-        buffer += ',';
-        if (u) appendNumber(buffer, u.value());
+        *t++ = ',';
+        if (u) t = writeGeneral6(t, u.value());
     }
     for (const auto& u : r.member) {
-        buffer += ',';
-        if (u) appendNumber(buffer, u.value());
+        *t++ = ',';
+        if (u) t = writeGeneral6(t, u.value());
     }
-    buffer += ',';
-    buffer += r.governing;
-    buffer += ',';
-    if (!r.governing.empty()) appendNumber(buffer, r.governingUtilization);
-    buffer += r.fulfilled ? ",true," : ",false,";
-    buffer += design::toString(r.verdict);
-    buffer += ',';
-    if (r.limitations != 0) buffer += csvReasonsOf(r.limitations);
-    buffer += ',';
-    if (r.enGoverning) appendNumber(buffer, r.enGoverning.value());
-    buffer += ',';
-    if (r.departures != 0) buffer += departuresOf(r.departures);
-    buffer += ",,\n";
+    *t++ = ',';
+    put(r.governing);
+    *t++ = ',';
+    if (!r.governing.empty()) t = writeGeneral6(t, r.governingUtilization);
+    put(r.fulfilled ? ",true," : ",false,");
+    put(verdict);
+    *t++ = ',';
+    put(reasons);
+    *t++ = ',';
+    if (r.enGoverning) t = writeGeneral6(t, r.enGoverning.value());
+    *t++ = ',';
+    put(departures);
+    put(",,\n");
+    buffer.resize(static_cast<std::size_t>(t - buffer.data()));
 }
 
 // --- JSON Lines, written directly: the same bytes as nlohmann::json's dump() of jsonOfRow (keys in
@@ -358,6 +413,24 @@ void appendJsonUtilization(std::string& out, const kat::Nullable<double>& u)
     else appendJsonNumber(out, v);
 }
 
+// The most characters writeJsonUtilization writes: a number of nlohmann::json's conversion
+// ("-1.2345678901234567e-308") or "\"-inf\"".
+constexpr std::size_t jsonNumberLength = 32;
+
+// appendJsonUtilization at t, which has room for jsonNumberLength characters; returns the end.
+char* writeJsonUtilization(char* t, const kat::Nullable<double>& u)
+{
+    auto word = [&](std::string_view text) {
+        std::memcpy(t, text.data(), text.size());
+        return t + text.size();
+    };
+    if (!u.hasValue()) return word("null");
+    const double v = u.value();
+    if (std::isnan(v)) return word("\"nan\"");
+    if (std::isinf(v)) return word(v > 0 ? "\"inf\"" : "\"-inf\"");
+    return nlohmann::detail::to_chars(t, t + jsonNumberLength, v);
+}
+
 void appendJsonRow(std::string& out, const RowResult& r)
 {
     if (r.rejected) {
@@ -412,16 +485,26 @@ void appendJsonRow(std::string& out, const RowResult& r)
         {"Shear", 3},         {"ShearBending", 5},      {"Torsion", 1},                  {"memberBending", 8},
         {"memberCompression", 7}, {"memberCompressionBending", 9}, {"memberShearBuckling", 10}};
     out += ",\"utilizations\":{";
+    // Written straight in, the room for the keys and the values made at once.
+    std::size_t room = 0;
+    for (const auto& [key, index] : keys) room += std::char_traits<char>::length(key) + 4 + jsonNumberLength;
+    const std::size_t start = out.size();
+    out.resize(start + room);
+    char* t = out.data() + start;
     bool first = true;
     for (const auto& [key, index] : keys) {
-        if (!first) out += ',';
+        if (!first) *t++ = ',';
         first = false;
-        out += '"';
-        out += key;
-        out += "\":";
-        appendJsonUtilization(out, index < 7 ? r.crossSection[static_cast<std::size_t>(index)]
-                                             : r.member[static_cast<std::size_t>(index - 7)]);
+        *t++ = '"';
+        const std::size_t length = std::char_traits<char>::length(key);
+        std::memcpy(t, key, length);
+        t += length;
+        *t++ = '"';
+        *t++ = ':';
+        t = writeJsonUtilization(t, index < 7 ? r.crossSection[static_cast<std::size_t>(index)]
+                                              : r.member[static_cast<std::size_t>(index - 7)]);
     }
+    out.resize(static_cast<std::size_t>(t - out.data()));
     out += "},\"verdict\":";
     appendJsonString(out, design::toString(r.verdict));
     out += "}\n";
@@ -480,7 +563,9 @@ bool batchStopRequested() { return stopRequested.load(std::memory_order_relaxed)
 RowResult evaluateRow(const BatchRow& row)
 {
     SectionCache sections;
-    return evaluate(row, sections);
+    RowResult result;
+    evaluate(row, sections, nullptr, result);
+    return result;
 }
 
 struct BatchEvaluator::Impl {
@@ -488,6 +573,7 @@ struct BatchEvaluator::Impl {
     SectionCache sections;
     // A designation spelled as before is not normalised again.
     std::unordered_map<std::string, const SectionCache::Entry*> bySpelling;
+    std::vector<const SectionCache::Entry*> sectionOf;  // per row of the chunk, reused
 };
 
 BatchEvaluator::BatchEvaluator(unsigned jobs) : impl_(std::make_unique<Impl>()) { impl_->jobs = jobs; }
@@ -496,11 +582,12 @@ BatchEvaluator::~BatchEvaluator() = default;
 
 void BatchEvaluator::run(const std::vector<BatchRow>& rows, std::vector<RowResult>& results, bool progress)
 {
-    results.clear();
+    // The results of the former chunk stay and are evaluated over (their texts keep their memory).
     results.resize(rows.size());
     SectionCache& sections = impl_->sections;
     // Every row's section is looked up before the threads start, so that the workers need no lock.
-    std::vector<const SectionCache::Entry*> sectionOf(rows.size(), nullptr);
+    std::vector<const SectionCache::Entry*>& sectionOf = impl_->sectionOf;
+    sectionOf.assign(rows.size(), nullptr);
     for (std::size_t i = 0; i < rows.size(); ++i) {
         const auto* member = std::get_if<MemberRow>(&rows[i]);
         if (!member) continue;
@@ -531,7 +618,7 @@ void BatchEvaluator::run(const std::vector<BatchRow>& rows, std::vector<RowResul
             if (batchStopRequested()) return;
             for (std::size_t i = begin; i < end; ++i) {
                 try {
-                    results[i] = evaluate(rows[i], sections, sectionOf[i]);
+                    evaluate(rows[i], sections, sectionOf[i], results[i]);
                 } catch (const std::exception& e) {
                     const auto* member = std::get_if<MemberRow>(&rows[i]);
                     results[i] = rejected(member ? member->line : 0, member ? member->id : std::string(), "",
@@ -610,6 +697,117 @@ void writeRows(std::ostream& out, const std::vector<RowResult>& results, OutputF
     for (std::size_t i = 0; i < count; ++i) out.write(texts[i].data(), static_cast<std::streamsize>(texts[i].size()));
 }
 
+namespace {
+
+// One chunk of the pipeline: its lines, rows, results and output texts (one per slice), all reused.
+struct PipelineChunk {
+    BatchReader::Lines lines;
+    std::vector<BatchRow> rows;
+    std::vector<RowResult> results;
+    std::vector<std::string> texts;
+    std::size_t count = 0;
+};
+
+// Rows per slice: a worker parses, evaluates and formats a slice at a time, into the slice's own text.
+constexpr std::size_t sliceRows = 128;
+
+} // namespace
+
+void runPipeline(BatchReader& reader, std::ostream& out, OutputFormat format, unsigned jobs, std::size_t chunkRows,
+                 BatchSummary& summary, void (*onChunk)(std::size_t rowsDone))
+{
+    const std::size_t utilizationCount = utilizationNames().size();
+    const unsigned cores = jobs != 0 ? jobs : std::max(1u, std::thread::hardware_concurrency());
+    // Sections by spelling, shared by the workers under a lock; each worker keeps the few it met last.
+    SectionCache sections;
+    std::mutex sectionsMutex;
+    std::unordered_map<std::string, const SectionCache::Entry*> bySpelling;
+    auto lookUp = [&](const std::string& spelling) {
+        std::lock_guard<std::mutex> lock(sectionsMutex);
+        auto [it, added] = bySpelling.try_emplace(spelling, nullptr);
+        if (added) it->second = &sections.get(spelling);
+        return it->second;
+    };
+
+    PipelineChunk chunks[2];
+    std::size_t done = 0;
+    bool more = reader.readLines(chunks[0].lines, chunkRows);
+    std::thread writer;
+    for (std::size_t k = 0; more && !batchStopRequested(); ++k) {
+        PipelineChunk& chunk = chunks[k % 2];
+        PipelineChunk& other = chunks[(k + 1) % 2];
+        // other holds the former chunk, which the writer is still writing (its texts and results): the
+        // reader fills only its lines.
+        bool nextMore = false;
+        std::thread readAhead([&] { nextMore = reader.readLines(other.lines, chunkRows); });
+
+        const std::size_t count = chunk.lines.count;
+        chunk.count = count;
+        chunk.rows.resize(count);
+        chunk.results.resize(count);
+        const std::size_t slices = (count + sliceRows - 1) / sliceRows;
+        if (chunk.texts.size() < slices) chunk.texts.resize(slices);
+        std::atomic<std::size_t> nextSlice{0};
+        auto worker = [&] {
+            // The sections this worker met last, by spelling: neighbouring rows name a handful.
+            std::vector<std::pair<std::string, const SectionCache::Entry*>> known;
+            for (;;) {
+                const std::size_t slice = nextSlice.fetch_add(1);
+                if (slice >= slices || batchStopRequested()) return;
+                const std::size_t begin = slice * sliceRows, end = std::min(count, begin + sliceRows);
+                std::string& text = chunk.texts[slice];
+                text.clear();
+                text.reserve((end - begin) * (format == OutputFormat::JsonLines ? 640 : 256));
+                for (std::size_t i = begin; i < end; ++i) {
+                    BatchRow& row = chunk.rows[i];
+                    RowResult& result = chunk.results[i];
+                    try {
+                        reader.parseLine(chunk.lines, i, row);
+                        const SectionCache::Entry* entry = nullptr;
+                        if (const auto* member = std::get_if<MemberRow>(&row)) {
+                            for (const auto& [spelling, e] : known)
+                                if (spelling == member->section) {
+                                    entry = e;
+                                    break;
+                                }
+                            if (!entry) {
+                                entry = lookUp(member->section);
+                                if (known.size() >= 16) known.erase(known.begin());
+                                known.emplace_back(member->section, entry);
+                            }
+                        }
+                        evaluate(row, sections, entry, result);
+                    } catch (const std::exception& e) {
+                        const auto* member = std::get_if<MemberRow>(&row);
+                        result = rejected(member ? member->line : 0, member ? member->id : std::string(), "",
+                                          std::string("the row could not be evaluated: ") + e.what());
+                    }
+                    if (format == OutputFormat::JsonLines) appendJsonRow(text, result);
+                    else appendCsvRow(text, result, utilizationCount);
+                }
+            }
+        };
+        const unsigned threads = static_cast<unsigned>(std::min<std::size_t>(cores, std::max<std::size_t>(slices, 1)));
+        std::vector<std::thread> pool;
+        for (unsigned t = 1; t < threads; ++t) pool.emplace_back(worker);
+        worker();
+        for (std::thread& t : pool) t.join();
+        if (writer.joinable()) writer.join();
+        readAhead.join();
+        if (batchStopRequested()) break;
+        done += count;
+        if (onChunk) onChunk(done);
+        // The chunk is written (and counted) while the next one is evaluated.
+        writer = std::thread([&out, &summary, &chunk, slices] {
+            for (std::size_t i = 0; i < slices; ++i)
+                out.write(chunk.texts[i].data(), static_cast<std::streamsize>(chunk.texts[i].size()));
+            summary.add(chunk.results);
+        });
+        more = nextMore;
+    }
+    if (writer.joinable()) writer.join();
+}
+
 void writeResults(std::ostream& out, const std::vector<RowResult>& results, OutputFormat format)
 {
     writeHeader(out, format);
@@ -641,9 +839,14 @@ void BatchSummary::add(const std::vector<RowResult>& results)
         }
         if (r.governing.empty()) continue;
         // The five highest, by utilization (not a number first), then by line.
-        const Top entry{rank(r.governingUtilization), r.governingUtilization, r.line, r.id, r.governing, r.section};
+        // The texts are copied only for a row that enters the five.
+        const double entryRank = rank(r.governingUtilization);
         auto before = [](const Top& a, const Top& b) { return a.rank != b.rank ? a.rank > b.rank : a.line < b.line; };
-        if (top_.size() == 5 && !before(entry, top_.back())) continue;
+        if (top_.size() == 5) {
+            const Top& last = top_.back();
+            if (!(entryRank != last.rank ? entryRank > last.rank : r.line < last.line)) continue;
+        }
+        const Top entry{entryRank, r.governingUtilization, r.line, r.id, r.governing, r.section};
         top_.insert(std::upper_bound(top_.begin(), top_.end(), entry, before), entry);
         if (top_.size() > 5) top_.pop_back();
     }

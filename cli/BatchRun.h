@@ -65,6 +65,7 @@ private:
 std::vector<RowResult> runBatch(const std::vector<BatchRow>& rows, unsigned jobs, bool progress);
 
 enum class OutputFormat { JsonLines, Csv };
+class BatchSummary;
 // The CSV header line (nothing for JSON Lines), then the rows; writeResults writes both.
 void writeHeader(std::ostream& out, OutputFormat format);
 void writeRows(std::ostream& out, const std::vector<RowResult>& results, OutputFormat format, unsigned jobs);
@@ -92,6 +93,16 @@ private:
     std::vector<Top> top_;
     std::vector<std::string> notVerifiedLines_, rejectedLines_;
 };
+
+// A whole batch from reader to out (the rows only, no header) as `steeldesign batch` runs it, chunk by chunk
+// of chunkRows rows, with the summary. The stages overlap: a reader thread reads the next chunk's lines
+// while `jobs` threads (0: every core) parse, evaluate and format the rows of this chunk, slice by slice,
+// each slice into a text of its own, and a writer thread writes the former chunk's texts in order and adds
+// its results to the summary. The same rows and bytes as next, BatchEvaluator::run and writeRows chunk by
+// chunk. A stop request ends the run early (the output is then incomplete). onChunk, when given, is
+// called with the rows evaluated so far after each chunk.
+void runPipeline(BatchReader& reader, std::ostream& out, OutputFormat format, unsigned jobs, std::size_t chunkRows,
+                 BatchSummary& summary, void (*onChunk)(std::size_t rowsDone) = nullptr);
 
 // The summary and the exit code of a whole batch at once.
 std::string summarize(const std::vector<RowResult>& results);

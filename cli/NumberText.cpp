@@ -3,6 +3,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
 
 
 namespace cli {
@@ -12,11 +13,13 @@ namespace {
 constexpr int precision = 6;
 
 // The exact conversion (std::to_chars with a precision converts as printf does), the slower path.
-void appendExact(std::string& out, double value)
+char* writeExact(char* out, double value)
 {
     char buffer[40];
     const auto result = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::general, precision);
-    out.append(buffer, result.ptr);
+    const std::size_t length = static_cast<std::size_t>(result.ptr - buffer);
+    std::memcpy(out, buffer, length);
+    return out + length;
 }
 
 } // namespace
@@ -28,14 +31,25 @@ void appendExact(std::string& out, double value)
 // zero, the infinities and NaN) take the exact conversion.
 void appendGeneral6(std::string& out, double value)
 {
+    // Straight into out: bytes stored one by one and then copied by a wide load would stall the load (no
+    // store-to-load forwarding) on every number.
+    const std::size_t start = out.size();
+    out.resize(start + general6Length);
+    char* const end = writeGeneral6(out.data() + start, value);
+    out.resize(static_cast<std::size_t>(end - out.data()));
+}
+
+char* writeGeneral6(char* text, double value)
+{
     static constexpr double powers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10,
                                         1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20};
     if (value == 0.0) {  // most utilizations of a row are zero
-        out += std::signbit(value) ? "-0" : "0";
-        return;
+        if (std::signbit(value)) *text++ = '-';
+        *text++ = '0';
+        return text;
     }
     const double magnitude = std::fabs(value);
-    if (!(magnitude >= 1e-5 && magnitude < 1e15)) return appendExact(out, value);
+    if (!(magnitude >= 1e-5 && magnitude < 1e15)) return writeExact(text, value);
     int exponent = 0;  // a first guess of X, corrected below
     static constexpr double fractions[] = {1e0, 1e-1, 1e-2, 1e-3, 1e-4, 1e-5};  // a guess needs no exact power
     if (magnitude >= 1.0) {
@@ -52,49 +66,49 @@ void appendGeneral6(std::string& out, double value)
     else if (scaled < 99999.5) scaled = scale(--exponent);
     long n = static_cast<long>(scaled);  // scaled > 0: truncation is the floor
     const double fraction = scaled - static_cast<double>(n);
-    if (std::fabs(fraction - 0.5) < 1e-9) return appendExact(out, value);
+    if (std::fabs(fraction - 0.5) < 1e-9) return writeExact(text, value);
     if (fraction > 0.5) ++n;
     if (n == 1000000) {  // 999999.7 -> 1.00000 x 10^(X+1)
         n = 100000;
         ++exponent;
     }
-    char digits[precision];
+    // The six digits two by two from a table, then the text by copies of fixed size: the room of
+    // general6Length characters takes the bytes copied past the end of the number, which the caller drops.
+    static constexpr char pairs[] = "00010203040506070809101112131415161718192021222324252627282930313233343536373839"
+                                    "40414243444546474849505152535455565758596061626364656667686970717273747576777879"
+                                    "8081828384858687888990919293949596979899";
+    char digits[16] = {};
     const auto six = static_cast<unsigned>(n);
-    const unsigned high = six / 1000, low = six % 1000;
-    digits[0] = static_cast<char>('0' + high / 100);
-    digits[1] = static_cast<char>('0' + high / 10 % 10);
-    digits[2] = static_cast<char>('0' + high % 10);
-    digits[3] = static_cast<char>('0' + low / 100);
-    digits[4] = static_cast<char>('0' + low / 10 % 10);
-    digits[5] = static_cast<char>('0' + low % 10);
+    std::memcpy(digits, pairs + 2 * (six / 10000), 2);
+    std::memcpy(digits + 2, pairs + 2 * (six / 100 % 100), 2);
+    std::memcpy(digits + 4, pairs + 2 * (six % 100), 2);
     int count = precision;
     while (count > 1 && digits[count - 1] == '0') --count;  // %g drops trailing zeros
 
-    // Written straight into out: bytes stored one by one and then copied by a wide load would stall
-    // the load (no store-to-load forwarding) on every number.
-    const std::size_t start = out.size();
-    out.resize(start + 16);  // at most "-0.0000999999" or "-9.99999e+14"
-    char* const text = out.data() + start;
-    char* t = text;
+    char* t = text;  // at most "-0.0000999999" or "-9.99999e+14"
     if (value < 0.0) *t++ = '-';
     if (exponent >= -4 && exponent < precision) {
         if (exponent >= 0) {
-            for (int i = 0; i <= exponent; ++i) *t++ = i < count ? digits[i] : '0';
+            // The digits before the point (the ones past count are zeros), then the others after it.
+            std::memcpy(t, digits, 8);
+            t += exponent + 1;
             if (count > exponent + 1) {
                 *t++ = '.';
-                for (int i = exponent + 1; i < count; ++i) *t++ = digits[i];
+                std::memcpy(t, digits + exponent + 1, 8);
+                t += count - exponent - 1;
             }
         } else {
-            *t++ = '0';
-            *t++ = '.';
-            for (int i = -1; i > exponent; --i) *t++ = '0';
-            for (int i = 0; i < count; ++i) *t++ = digits[i];
+            std::memcpy(t, "0.000000", 8);  // "0." and -exponent - 1 zeros
+            t += 1 - exponent;
+            std::memcpy(t, digits, 8);
+            t += count;
         }
     } else {
         *t++ = digits[0];
         if (count > 1) {
             *t++ = '.';
-            for (int i = 1; i < count; ++i) *t++ = digits[i];
+            std::memcpy(t, digits + 1, 8);
+            t += count - 1;
         }
         *t++ = 'e';
         *t++ = exponent < 0 ? '-' : '+';
@@ -102,7 +116,7 @@ void appendGeneral6(std::string& out, double value)
         *t++ = static_cast<char>('0' + e / 10);
         *t++ = static_cast<char>('0' + e % 10);
     }
-    out.resize(start + static_cast<std::size_t>(t - text));
+    return t;
 }
 
 } // namespace cli

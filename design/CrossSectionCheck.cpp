@@ -15,6 +15,12 @@ CrossSectionOutcome evaluateCrossSection(const CrossSectionRequest& request, con
     CrossSectionOutcome outcome{classified ? *classified
                                            : SectionInitializer(request.section, request.steel, request.forces, control, false),
                                 VerificationResults()};
+    completeCrossSection(request, outcome);
+    return outcome;
+}
+
+void completeCrossSection(const CrossSectionRequest& request, CrossSectionOutcome& outcome)
+{
     const ResistanceVerifications verifier(outcome.results, request.section, outcome.initializer, request.gammaM0,
                                            request.forces);
     verifier.verifyAllResistance();
@@ -47,7 +53,6 @@ CrossSectionOutcome evaluateCrossSection(const CrossSectionRequest& request, con
     outcome.anyExceeded = exceeded;
     outcome.limitations = limitations;
     outcome.verdict = verdictOf(exceeded, limitations);
-    return outcome;
 }
 
 } // namespace design

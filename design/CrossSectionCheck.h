@@ -40,6 +40,10 @@ struct CrossSectionOutcome {
 CrossSectionOutcome evaluateCrossSection(const CrossSectionRequest& request,
                                          const SteelDesign::SectionInitializer* classified = nullptr);
 
+// The same on an outcome made by the caller, its initializer set (the results fresh): the batch builds the
+// outcome in place instead of copying a classified initializer into it.
+void completeCrossSection(const CrossSectionRequest& request, CrossSectionOutcome& outcome);
+
 // The seven summary utilizations of the cross-section check, in the order of the batch columns:
 // Axial, Torsion, Bending, Shear, AxialBending, ShearBending, AxialShearBending.
 inline constexpr SteelDesign::VerificationResults::UtilizationType crossSectionSummary[7] = {

@@ -141,24 +141,25 @@ bool differs(double a, double b) { return std::fabs(a - b) > 1e-9 * std::max({1.
 
 class Finder {
 public:
+    // The departures go into out (fresh), which the caller returns: no copy of the whole table.
     Finder(const CrossSectionRequest* cross, const CrossSectionOutcome* crossOutcome, const MemberRequest* member,
-           const MemberOutcome* memberOutcome, const std::array<kat::Nullable<double>, 11>& library)
-        : cross_(*cross), cs_(*crossOutcome), member_(member), mo_(memberOutcome), crossGiven_(true)
+           const MemberOutcome* memberOutcome, const std::array<kat::Nullable<double>, 11>& library, Departures& out)
+        : cross_(*cross), cs_(*crossOutcome), member_(member), mo_(memberOutcome), crossGiven_(true), out_(out)
     {
         out_.en = library;
     }
     Finder(const MemberRequest* member, const MemberOutcome* memberOutcome,
-           const std::array<kat::Nullable<double>, 11>& library)
-        : cross_(dummyRequest()), cs_(dummyOutcome()), member_(member), mo_(memberOutcome), crossGiven_(false)
+           const std::array<kat::Nullable<double>, 11>& library, Departures& out)
+        : cross_(dummyRequest()), cs_(dummyOutcome()), member_(member), mo_(memberOutcome), crossGiven_(false),
+          out_(out)
     {
         out_.en = library;
     }
 
-    Departures run()
+    void run()
     {
         if (crossGiven_) crossSection();
         if (member_ && mo_) memberChecks();
-        return out_;
     }
 
 private:
@@ -609,9 +610,12 @@ private:
             x.Cmy = CmyEn;
             x.Cmz = CmzEn;
             x.CmLT = CmyEn;
-            if (rolled && differs(governing(x), libGoverning)) {
-                add(DR::EquivalentMomentFactor, "memberCompressionBending", libGoverning, governing(x), sNone);
-                any = true;
+            if (rolled) {
+                const double g = governing(x);
+                if (differs(g, libGoverning)) {
+                    add(DR::EquivalentMomentFactor, "memberCompressionBending", libGoverning, g, sNone);
+                    any = true;
+                }
             }
             en.Cmy = CmyEn;
             en.Cmz = CmzEn;
@@ -620,18 +624,24 @@ private:
         if (lib.My < 0.0 || lib.Mz < 0.0) {
             InteractionInput x = lib;
             x.signedMoments = false;
-            if (rolled && differs(governing(x), libGoverning)) {
-                add(DR::SignedInteractionMoments, "memberCompressionBending", libGoverning, governing(x), sNone);
-                any = true;
+            if (rolled) {
+                const double g = governing(x);
+                if (differs(g, libGoverning)) {
+                    add(DR::SignedInteractionMoments, "memberCompressionBending", libGoverning, g, sNone);
+                    any = true;
+                }
             }
             en.signedMoments = false;
         }
         if (lib.plastic && lib.iSection && std::fabs(lib.Mz) >= tol && differs(lib.Cmy, lib.Cmz)) {
             InteractionInput x = lib;
             x.kzzWithCmy = false;
-            if (rolled && differs(governing(x), libGoverning)) {
-                add(DR::KzzWithCmy, "memberCompressionBending", libGoverning, governing(x), sNone);
-                any = true;
+            if (rolled) {
+                const double g = governing(x);
+                if (differs(g, libGoverning)) {
+                    add(DR::KzzWithCmy, "memberCompressionBending", libGoverning, g, sNone);
+                    any = true;
+                }
             }
             en.kzzWithCmy = false;
         }
@@ -644,8 +654,10 @@ private:
         if (!rolled && MyRk > 0.0) {
             // The general case: chiLT = Mb,Rd gammaM1 / My,Rk.
             if (chiLTen < 0.0) en.MyRd61 = en.MyRd62 = MbRd;
-            add(DR::InteractionGeneralMethod, "memberCompressionBending", lib61, governing(en), sNone);
-            any = true;
+            const double g = governing(en);
+            add(DR::InteractionGeneralMethod, "memberCompressionBending", lib61, g, sNone);
+            out_.en[sMemberCompressionBending] = g;  // en is final here
+            return;
         }
         if (any) out_.en[sMemberCompressionBending] = governing(en);
     }
@@ -705,7 +717,7 @@ private:
     const MemberRequest* member_;
     const MemberOutcome* mo_;
     bool crossGiven_;
-    Departures out_;
+    Departures& out_;
 };
 
 // Never read: the member-only finder does not run the cross-section detectors.
@@ -736,8 +748,10 @@ Departures findDepartures(const CrossSectionRequest* cross, const CrossSectionOu
                           const MemberRequest* member, const MemberOutcome* memberOutcome,
                           const std::array<kat::Nullable<double>, 11>& library)
 {
-    if (cross && crossOutcome) return Finder(cross, crossOutcome, member, memberOutcome, library).run();
-    return Finder(member, memberOutcome, library).run();
+    Departures out;
+    if (cross && crossOutcome) Finder(cross, crossOutcome, member, memberOutcome, library, out).run();
+    else Finder(member, memberOutcome, library, out).run();
+    return out;
 }
 
 Departures findDepartures(const CrossSectionRequest& cross, const CrossSectionOutcome& crossOutcome)

@@ -111,6 +111,13 @@ MemberOutcome evaluateMember(const MemberRequest& request, const SectionInitiali
     MemberOutcome outcome{classified ? *classified
                                      : SectionInitializer(request.section, request.steel, request.forces, control, rolled),
                           BucklingResults()};
+    completeMember(request, outcome);
+    return outcome;
+}
+
+void completeMember(const MemberRequest& request, MemberOutcome& outcome)
+{
+    const bool rolled = usesRolledMethod(request.method, *request.section);
     // The mode RolledLTB prescribes 6.3.2.3 whatever the initializer's option says.
     outcome.rolledMethod = rolled || KaStandard::get()->getMode() == Standard::Mode::RolledLTB;
     // The numerical critical moment enters the library as a given Mcr, so every later step is the library's.
@@ -166,7 +173,6 @@ MemberOutcome evaluateMember(const MemberRequest& request, const SectionInitiali
     outcome.anyExceeded = exceeded;
     outcome.limitations = limitations;
     outcome.verdict = verdictOf(exceeded, limitations);
-    return outcome;
 }
 
 } // namespace design

@@ -88,6 +88,9 @@ struct MemberOutcome {
 // the option usesRolledMethod gives, or null to classify here.
 MemberOutcome evaluateMember(const MemberRequest& request, const SteelDesign::SectionInitializer* classified = nullptr);
 
+// The same on an outcome made by the caller, its initializer set (the results fresh).
+void completeMember(const MemberRequest& request, MemberOutcome& outcome);
+
 // The critical moment of the member by the finite-element analysis: fork supports at both ends, the
 // length LLT, the moment diagram of the request (its three values and shape), the load at the request's
 // application point (the transverse load that the diagram implies), the rotational restraint C_theta as a

@@ -33,6 +33,61 @@ bool sameForces(const Forces& a, const Forces& b)
            a.getVy() == b.getVy() && a.getVz() == b.getVz();
 }
 
+// The summary of the checks done: utilizations, verdict, governing one, departures.
+void summarize(const CrossSectionRequest& crossRequest, const CrossSectionOutcome& cross,
+               const MemberRequest* memberRequest, const MemberOutcome* memberOutcome, DesignSummary& r,
+               Departures* details)
+{
+    r.sectionClass = cross.initializer.getClass();
+    r.errorCode = static_cast<int>(cross.initializer.getErrorCode());
+    for (std::size_t i = 0; i < 7; ++i) r.crossSection[i] = cross.results.getUtilization(crossSectionSummary[i]);
+    bool exceeded = cross.anyExceeded;
+    std::uint32_t limitations = cross.limitations;
+
+    if (memberOutcome) {
+        r.memberChecked = true;
+        const MemberOutcome& member = *memberOutcome;
+        const BucklingResults& m = member.results;
+        r.rolledMethod = member.rolledMethod;
+        r.memberErrorCode = static_cast<int>(m.getErrorCode());
+        r.shearBucklingErrorCode = static_cast<int>(m.getShearBucklingErrorCode());
+        r.member[0] = largestOf(m, {BT::CompressionAxisY, BT::CompressionAxisZ, BT::Compression});
+        r.member[1] = largestOf(m, {BT::BendingAxisY, BT::BendingAxisZ, BT::Bending});
+        r.member[2] = member.limitations & InteractionNeedsRolledMethod
+                          ? m.getUtilization(BT::CompressionBendingAxisZ)
+                          : largestOf(m, {BT::CompressionBendingAxisY, BT::CompressionBendingAxisZ,
+                                          BT::CompressionBending});
+        r.member[3] = m.getUtilizationShearBuckling();
+        exceeded = exceeded || member.anyExceeded;
+        limitations |= member.limitations;
+    }
+    r.limitations = limitations;
+    r.verdict = verdictOf(exceeded, limitations);
+    r.fulfilled = r.verdict == Verdict::Fulfilled;
+
+    const auto& names = utilizationNames();
+    bool any = false;
+    std::size_t governing = 0;
+    auto consider = [&](const kat::Nullable<double>& u, std::size_t index) {
+        if (u.hasValue() && (!any || rank(u.value()) > rank(r.governingUtilization))) {
+            any = true;
+            governing = index;
+            r.governingUtilization = u.value();
+        }
+    };
+    for (std::size_t i = 0; i < 7; ++i) consider(r.crossSection[i], i);
+    for (std::size_t i = 0; i < 4; ++i) consider(r.member[i], 7 + i);
+    if (any) r.governing = names[governing];
+
+    std::array<kat::Nullable<double>, 11> library;
+    for (std::size_t i = 0; i < 7; ++i) library[i] = r.crossSection[i];
+    for (std::size_t i = 0; i < 4; ++i) library[7 + i] = r.member[i];
+    const Departures departures = findDepartures(&crossRequest, &cross, memberRequest, memberOutcome, library);
+    for (const Departure& d : departures) r.departures |= 1u << static_cast<unsigned>(d.rule);
+    r.enGoverning = departures.largestEn();
+    if (details) *details = departures;
+}
+
 } // namespace
 
 const std::vector<std::string>& utilizationNames()
@@ -59,72 +114,52 @@ DesignSummary designMember(const CrossSectionRequest& crossRequest, const Member
                            Departures* details)
 {
     DesignSummary r;
+    designMember(crossRequest, memberRequest, r, details);
+    return r;
+}
+
+void designMember(const CrossSectionRequest& crossRequest, const MemberRequest* memberRequest, DesignSummary& r,
+                  Departures* details)
+{
     r.section = crossRequest.section->getName();
     r.steel = crossRequest.steel->getName();
+    // Every other field is set below or reset here: r may hold the summary of another member.
+    r.memberChecked = false;
+    r.rolledMethod = false;
+    r.memberErrorCode = 0;
+    r.shearBucklingErrorCode = 0;
+    r.member = {};
+    r.governing.clear();
+    r.governingUtilization = 0.0;
+    r.departures = 0;
 
     // A member checked under the forces of its cross-section check is classified once for both: the
     // classification is that of the same section, steel, forces and control, and the option of the method
     // for rolled sections (which sets only the curve of lateral-torsional buckling) is never read by the
-    // cross-section checks.
-    std::optional<SectionInitializer> classified;
-    if (memberRequest && memberRequest->section == crossRequest.section && memberRequest->steel == crossRequest.steel &&
-        memberRequest->elastic == crossRequest.elastic && sameForces(memberRequest->forces, crossRequest.forces)) {
-        classified.emplace(crossRequest.section, crossRequest.steel, crossRequest.forces,
+    // cross-section checks. The initializer is made in place in the cross-section outcome and copied into
+    // the member outcome before either check runs (a check may use its initializer as scratch).
+    const bool shared = memberRequest && memberRequest->section == crossRequest.section &&
+                        memberRequest->steel == crossRequest.steel && memberRequest->elastic == crossRequest.elastic &&
+                        sameForces(memberRequest->forces, crossRequest.forces);
+    CrossSectionOutcome cross{
+        SectionInitializer(crossRequest.section, crossRequest.steel, crossRequest.forces,
                            crossRequest.elastic ? VerificationControl::Elastic : VerificationControl::Classify,
-                           usesRolledMethod(memberRequest->method, *memberRequest->section));
+                           shared && usesRolledMethod(memberRequest->method, *memberRequest->section)),
+        VerificationResults()};
+    if (!memberRequest) {
+        completeCrossSection(crossRequest, cross);
+        summarize(crossRequest, cross, nullptr, nullptr, r, details);
+        return;
     }
-    const SectionInitializer* shared = classified ? &*classified : nullptr;
-    const CrossSectionOutcome cross = evaluateCrossSection(crossRequest, shared);
-    r.sectionClass = cross.initializer.getClass();
-    r.errorCode = static_cast<int>(cross.initializer.getErrorCode());
-    for (std::size_t i = 0; i < 7; ++i) r.crossSection[i] = cross.results.getUtilization(crossSectionSummary[i]);
-    bool exceeded = cross.anyExceeded;
-    std::uint32_t limitations = cross.limitations;
-
-    std::optional<MemberOutcome> memberOutcome;
-    if (memberRequest) {
-        r.memberChecked = true;
-        memberOutcome.emplace(evaluateMember(*memberRequest, shared));
-        const MemberOutcome& member = *memberOutcome;
-        const BucklingResults& m = member.results;
-        r.rolledMethod = member.rolledMethod;
-        r.memberErrorCode = static_cast<int>(m.getErrorCode());
-        r.shearBucklingErrorCode = static_cast<int>(m.getShearBucklingErrorCode());
-        r.member[0] = largestOf(m, {BT::CompressionAxisY, BT::CompressionAxisZ, BT::Compression});
-        r.member[1] = largestOf(m, {BT::BendingAxisY, BT::BendingAxisZ, BT::Bending});
-        r.member[2] = member.limitations & InteractionNeedsRolledMethod
-                          ? m.getUtilization(BT::CompressionBendingAxisZ)
-                          : largestOf(m, {BT::CompressionBendingAxisY, BT::CompressionBendingAxisZ,
-                                          BT::CompressionBending});
-        r.member[3] = m.getUtilizationShearBuckling();
-        exceeded = exceeded || member.anyExceeded;
-        limitations |= member.limitations;
-    }
-    r.limitations = limitations;
-    r.verdict = verdictOf(exceeded, limitations);
-    r.fulfilled = r.verdict == Verdict::Fulfilled;
-
-    const auto& names = utilizationNames();
-    bool any = false;
-    auto consider = [&](const kat::Nullable<double>& u, const std::string& name) {
-        if (u.hasValue() && (!any || rank(u.value()) > rank(r.governingUtilization))) {
-            any = true;
-            r.governing = name;
-            r.governingUtilization = u.value();
-        }
-    };
-    for (std::size_t i = 0; i < 7; ++i) consider(r.crossSection[i], names[i]);
-    for (std::size_t i = 0; i < 4; ++i) consider(r.member[i], names[7 + i]);
-
-    std::array<kat::Nullable<double>, 11> library;
-    for (std::size_t i = 0; i < 7; ++i) library[i] = r.crossSection[i];
-    for (std::size_t i = 0; i < 4; ++i) library[7 + i] = r.member[i];
-    const Departures departures = findDepartures(&crossRequest, &cross, memberRequest,
-                                                 memberOutcome ? &*memberOutcome : nullptr, library);
-    for (const Departure& d : departures) r.departures |= 1u << static_cast<unsigned>(d.rule);
-    r.enGoverning = departures.largestEn();
-    if (details) *details = departures;
-    return r;
+    MemberOutcome member{shared ? cross.initializer
+                                : SectionInitializer(memberRequest->section, memberRequest->steel, memberRequest->forces,
+                                                     memberRequest->elastic ? VerificationControl::Elastic
+                                                                            : VerificationControl::Classify,
+                                                     usesRolledMethod(memberRequest->method, *memberRequest->section)),
+                         BucklingResults()};
+    completeCrossSection(crossRequest, cross);
+    completeMember(*memberRequest, member);
+    summarize(crossRequest, cross, memberRequest, &member, r, details);
 }
 
 } // namespace design

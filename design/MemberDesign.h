@@ -54,4 +54,9 @@ const std::vector<std::string>& utilizationNames();
 DesignSummary designMember(const CrossSectionRequest& cross, const MemberRequest* member,
                            Departures* details = nullptr);
 
+// The same into r, whose texts keep their memory (the batch reuses one summary per row slot): every field
+// of r is set.
+void designMember(const CrossSectionRequest& cross, const MemberRequest* member, DesignSummary& r,
+                  Departures* details = nullptr);
+
 } // namespace design

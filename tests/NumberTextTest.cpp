@@ -4,12 +4,15 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <bit>
+#include <cstddef>
 #include <cmath>
 #include <cstdio>
 #include <limits>
 #include <random>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -56,6 +59,28 @@ TEST(NumberText, AMillionRandomValuesEqualPrintf)
         }
         if (i % 8 >= 4) v = -v;
         ASSERT_EQ(fastG6(v), printfG6(v)) << v;
+    }
+}
+
+// writeGeneral6 writes the text of appendGeneral6 and stays in its room of general6Length characters
+// (the bytes past the text may be written, none past the room): the row writers place the numbers of a
+// row one after the other in a room made once.
+TEST(NumberText, WriteGeneral6StaysInItsRoom)
+{
+    std::mt19937_64 random(16);
+    std::uniform_real_distribution<double> mantissa(1.0, 10.0);
+    std::uniform_int_distribution<int> exponent(-8, 16);
+    std::vector<double> values = {0.0, -0.0, 1.0, 0.5, 100000.0, 999999.5, 1e15, 1e-5, 9.9999e-6, 1e-300,
+                                  -1.23456789e-305, 5e-324, std::numeric_limits<double>::infinity(),
+                                  -std::numeric_limits<double>::quiet_NaN()};
+    for (int i = 0; i < 100000; ++i) values.push_back((i % 2 ? -1.0 : 1.0) * mantissa(random) * std::pow(10.0, exponent(random)));
+    for (const double v : values) {
+        char room[cli::general6Length + 8];
+        std::fill(std::begin(room), std::end(room), '#');
+        const char* const end = cli::writeGeneral6(room, v);
+        ASSERT_LE(end - room, static_cast<std::ptrdiff_t>(cli::general6Length)) << v;
+        EXPECT_EQ(std::string(static_cast<const char*>(room), end), printfG6(v)) << v;
+        for (std::size_t k = cli::general6Length; k < sizeof room; ++k) ASSERT_EQ(room[k], '#') << v;
     }
 }
 
