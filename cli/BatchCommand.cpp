@@ -13,6 +13,7 @@
 #include "BatchRun.h"
 #include "Commands.h"
 #include "Options.h"
+#include "OutputFile.h"
 
 #include <csignal>
 #include <cstdio>
@@ -20,7 +21,6 @@
 #include <fstream>
 #include <iostream>
 #include <sstream>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace cli {
@@ -63,25 +63,6 @@ private:
     struct sigaction oldTerm_ {};
 };
 
-// InputError for an input that is a directory or does not exist.
-void checkInput(const std::string& file)
-{
-    if (file == "-") return;
-    std::error_code ec;
-    const auto status = std::filesystem::status(file, ec);
-    if (std::filesystem::is_directory(status))
-        throw InputError("batch: '" + file + "' is a directory; give a CSV or JSON Lines file");
-    if (ec || !std::filesystem::exists(status)) throw InputError("batch: the file '" + file + "' does not exist");
-}
-
-// True when both names are the same existing file (device and inode; links followed).
-bool sameFile(const std::string& a, const std::string& b)
-{
-    struct stat sa {}, sb {};
-    if (stat(a.c_str(), &sa) != 0 || stat(b.c_str(), &sb) != 0) return false;
-    return sa.st_dev == sb.st_dev && sa.st_ino == sb.st_ino;
-}
-
 // Rows per chunk of the pipeline: the memory of a run is that of a chunk, whatever the input's size.
 constexpr std::size_t chunkRows = 8192;
 
@@ -94,7 +75,7 @@ void run(const BatchOptions& o, CommandResult& result)
     if (toFile && o.file != "-" && sameFile(o.file, o.out))
         throw InputError("--out: '" + o.out + "' is the input file; the results would overwrite the model");
     if (toFile && std::filesystem::is_directory(o.out)) throw InputError("--out: '" + o.out + "' is a directory");
-    checkInput(o.file);
+    checkInputFile("batch", o.file);
     std::ifstream file;
     if (o.file != "-") {
         file.open(o.file, std::ios::binary);

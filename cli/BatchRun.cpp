@@ -1,5 +1,6 @@
 #include "BatchRun.h"
 #include "NumberText.h"
+#include "RowRequests.h"
 
 #include "Parallel.h"
 
@@ -54,25 +55,6 @@ private:
     std::vector<std::pair<std::string, std::unique_ptr<Entry>>> entries_;
 };
 
-// text spells word: a comparison of known length, which the compiler does inline (no call per word).
-template <std::size_t N>
-bool spells(const std::string& text, const char (&word)[N])
-{
-    return text.size() == N - 1 && std::memcmp(text.data(), word, N - 1) == 0;
-}
-
-MomentDiagram diagramOf(const std::string& text)
-{
-    return spells(text, "parabolic") ? MomentDiagram::Parabolic : MomentDiagram::Polygonal;
-}
-
-ApplicationPoint loadPointOf(const std::string& text)
-{
-    if (spells(text, "top")) return ApplicationPoint::Top;
-    if (spells(text, "bottom")) return ApplicationPoint::Bottom;
-    return ApplicationPoint::Center;
-}
-
 // Ranks a utilization; a value that is not a number counts as the largest (it is never fulfilled).
 double rank(double u) { return std::isnan(u) ? std::numeric_limits<double>::infinity() : u; }
 
@@ -84,12 +66,6 @@ nlohmann::json utilizationJson(const kat::Nullable<double>& u)
     if (std::isnan(v)) return "nan";
     if (std::isinf(v)) return v > 0 ? "inf" : "-inf";
     return v;
-}
-
-MomentDistribution memberMoments(const MemberRow& row)
-{
-    return design::makeMoments(row.momentsY, diagramOf(row.diagramY), row.momentsZ, diagramOf(row.diagramZ), row.maxMoment,
-                       loadPointOf(row.loadPoint), row.mcr.value_or(0.0));
 }
 
 RowResult rejected(std::size_t line, const std::string& id, const std::string& field, const std::string& message)
@@ -152,30 +128,8 @@ void evaluate(const BatchRow& parsed, SectionCache& sections, const SectionCache
         return;
     }
 
-    const Forces forces(row.N, row.My, row.Mz, row.Mt, row.Vy, row.Vz);
-    const design::CrossSectionRequest cross{section, steel, forces, row.gammaM0.value_or(0.0), row.elastic};
-    const design::BucklingLengths lengths = design::resolveLengths(
-        row.length > 0.0 ? std::optional<double>(row.length) : std::nullopt, row.lengthY, row.lengthZ, row.lengthLT);
-    const bool memberChecked = design::anyLength(lengths);
-    design::MemberRequest member;
-    if (memberChecked) {
-        member.section = section;
-        member.steel = steel;
-        member.forces = forces;
-        member.moments = memberMoments(row);
-        member.lengths = lengths;
-        member.gammaM1 = row.gammaM1.value_or(design::defaultGammaM1);
-        member.cTheta = row.cTheta.value_or(0.0);
-        member.shearPanel = row.shearPanel.value_or(0.0);
-        member.method = !row.rolledMethod ? design::LateralTorsionalMethod::Automatic
-                        : *row.rolledMethod ? design::LateralTorsionalMethod::Rolled
-                                            : design::LateralTorsionalMethod::General;
-        member.torsionallyDeformable = row.torsionallyDeformable;
-        member.cmFloor = row.cmFloor;
-        member.elastic = row.elastic;
-        member.mcrMethod = spells(row.mcrMethod, "numerical") ? design::McrMethod::Numerical : design::McrMethod::Tables;
-    }
-    design::designMember(cross, memberChecked ? &member : nullptr, out);
+    const RowRequests requests = rowRequests(row, section, steel);
+    design::designMember(requests.cross, requests.member ? &*requests.member : nullptr, out);
     out.line = row.line;
     out.id = row.id;
     out.rejected = false;

@@ -8,6 +8,17 @@
 
 namespace cli {
 
+void checkInputFile(std::string_view command, const std::string& file)
+{
+    if (file == "-") return;
+    const std::string name(command);
+    std::error_code ec;
+    const auto status = std::filesystem::status(file, ec);
+    if (std::filesystem::is_directory(status))
+        throw InputError(name + ": '" + file + "' is a directory; give a CSV or JSON Lines file");
+    if (ec || !std::filesystem::exists(status)) throw InputError(name + ": the file '" + file + "' does not exist");
+}
+
 bool sameFile(const std::string& a, const std::string& b)
 {
     struct stat sa {}, sb {};

@@ -33,13 +33,7 @@ void run(const ReportOptions& o, CommandResult& result)
 {
     o.standard.apply();
     checkOutputPath("--out", o.out, o.file);
-    if (o.file != "-") {
-        std::error_code ec;
-        const auto status = std::filesystem::status(o.file, ec);
-        if (std::filesystem::is_directory(status))
-            throw InputError("report: '" + o.file + "' is a directory; give a CSV or JSON Lines file");
-        if (ec || !std::filesystem::exists(status)) throw InputError("report: the file '" + o.file + "' does not exist");
-    }
+    checkInputFile("report", o.file);
     std::ifstream file;
     if (o.file != "-") {
         file.open(o.file, std::ios::binary);

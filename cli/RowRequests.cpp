@@ -1,5 +1,7 @@
 #include "RowRequests.h"
 
+#include <cstring>
+
 namespace cli {
 
 namespace {
@@ -7,15 +9,22 @@ namespace {
 using SteelDesign::ApplicationPoint;
 using SteelDesign::MomentDiagram;
 
+// text spells word: a comparison of known length, which the compiler does inline (no call per word).
+template <std::size_t N>
+bool spells(const std::string& text, const char (&word)[N])
+{
+    return text.size() == N - 1 && std::memcmp(text.data(), word, N - 1) == 0;
+}
+
 MomentDiagram diagramOf(const std::string& text)
 {
-    return text == "parabolic" ? MomentDiagram::Parabolic : MomentDiagram::Polygonal;
+    return spells(text, "parabolic") ? MomentDiagram::Parabolic : MomentDiagram::Polygonal;
 }
 
 ApplicationPoint loadPointOf(const std::string& text)
 {
-    if (text == "top") return ApplicationPoint::Top;
-    if (text == "bottom") return ApplicationPoint::Bottom;
+    if (spells(text, "top")) return ApplicationPoint::Top;
+    if (spells(text, "bottom")) return ApplicationPoint::Bottom;
     return ApplicationPoint::Center;
 }
 
@@ -44,7 +53,7 @@ RowRequests rowRequests(const MemberRow& row, SDBSection* section, KaConstrSteel
     member.torsionallyDeformable = row.torsionallyDeformable;
     member.cmFloor = row.cmFloor;
     member.elastic = row.elastic;
-    member.mcrMethod = row.mcrMethod == "numerical" ? design::McrMethod::Numerical : design::McrMethod::Tables;
+    member.mcrMethod = spells(row.mcrMethod, "numerical") ? design::McrMethod::Numerical : design::McrMethod::Tables;
     return requests;
 }
 
