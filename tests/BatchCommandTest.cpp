@@ -216,7 +216,9 @@ TEST(BatchCommand, RowsEqualTheMemberCommand)
         for (std::string cell; std::getline(ss, cell, ',');) f.push_back(cell);
         f.resize(20);  // getline drops the empty last cells
         auto optional = [&](const char* option, const std::string& value) {
-            return value.empty() ? std::string() : " " + std::string(option) + " " + value;
+            std::string text;
+            if (!value.empty()) text.append(" ").append(option).append(" ").append(value);
+            return text;
         };
         std::string args = "member \"" + f[1] + "\" --steel " + f[2] + " --N=" + f[3] + " --My=" + f[4] + " --Mz=" +
                            f[5] + " --Mt=" + f[6] + " --Vy=" + f[7] + " --Vz=" + f[8] + " --length " + f[9] +
