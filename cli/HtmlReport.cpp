@@ -249,12 +249,16 @@ std::string bucklingChart(const ReportMember& m, const design::MemberOutcome* ou
         plot.polyline(curvePoints(design::imperfectionFactor(own), lambdaMax), "curve own");
         drawn = own;
     }
-    // The lateral-torsional curve the member used (6.57 for the method for rolled sections).
-    if (r && r->getChiLT().hasValue() && outcome->rolledMethod) {
+    // The lateral-torsional curve the member used (6.57 for the method for rolled sections), with the
+    // imperfection factor of its curve (the record's alpha is that of the last reduction factor formed).
+    const SteelDesign::BucklingCurve curveLT =
+        r ? r->getBucklingCurveBending().valueOr(SteelDesign::BucklingCurve::none) : SteelDesign::BucklingCurve::none;
+    if (r && r->getChiLT().hasValue() && outcome->rolledMethod && curveLT != SteelDesign::BucklingCurve::none) {
+        const double alphaLT = design::imperfectionFactor(curveLT);
         std::vector<std::pair<double, double>> points;
         for (int i = 0; i <= curveSamples; ++i) {
             const double lambda = lambdaMax * i / curveSamples;
-            points.emplace_back(lambda, design::reductionFactorLT(r->getAlpha(), lambda, r->getLambdaLT0(), r->getBeta()));
+            points.emplace_back(lambda, design::reductionFactorLT(alphaLT, lambda, r->getLambdaLT0(), r->getBeta()));
         }
         plot.polyline(points, "curve lt");
     }

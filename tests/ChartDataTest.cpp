@@ -4,6 +4,7 @@
 #include "TestSections.h"
 
 #include <design/BucklingCurves.h>
+#include <design/MemberCheck.h>
 #include <design/InteractionCurve.h>
 #include <design/MomentDiagram.h>
 #include <design/SectionNotation.h>
@@ -138,6 +139,44 @@ TEST(MomentDiagram, PassesThroughTheThreeValuesInEitherShape)
     EXPECT_DOUBLE_EQ(design::momentAt(values, MomentDiagram::Polygonal, 0.25), -7.5);
     // Parabolic, simply supported beam under q: M(x) = q L² / 8 * 4 xi (1 - xi); at 0.25: 0.75 * M mid.
     EXPECT_DOUBLE_EQ(design::momentAt({0.0, 100.0, 0.0}, MomentDiagram::Parabolic, 0.25), 75.0);
+}
+
+} // namespace
+
+namespace {
+
+// The report draws the member's reduction factors on the curves they come from: chi_y, chi_z on (6.49)
+// with the curves of Table 6.2, chiLT on (6.57) with the curve of Table 6.5 and the member's lambdaLT,0 and
+// beta. Every point must lie on its curve (to rounding) for compression with bending, where the flexural
+// reduction factors are formed after the lateral-torsional one.
+TEST(BucklingCurves, MemberPointsLieOnTheirCurves)
+{
+    KaConstrSteel steel = *KaConstrSteel::fromName("S355");
+    for (const char* name : {"IPE 240", "IPE 400", "HEA 200", "HEB 300", "HEM 240", "UB 457x191x67"}) {
+        auto section = design::makeSection(name);
+        ASSERT_TRUE(section) << name;
+        design::MemberRequest request;
+        request.section = section.get();
+        request.steel = &steel;
+        request.forces = SteelDesign::Forces(-150.0, 60.0, 0.0, 0.0, 0.0, 20.0);
+        request.moments = design::makeMoments({0.0, 30.0, 60.0}, SteelDesign::MomentDiagram::Polygonal, {0.0, 0.0, 0.0},
+                                              SteelDesign::MomentDiagram::Polygonal, std::nullopt,
+                                              SteelDesign::ApplicationPoint::Center, 0.0);
+        request.lengths = {5.0, 5.0, 5.0};
+        const design::MemberOutcome outcome = design::evaluateMember(request);
+        const auto& r = outcome.results;
+        ASSERT_TRUE(outcome.rolledMethod) << name;
+        ASSERT_TRUE(r.getChiLT().hasValue()) << name;
+        for (const auto axis : {SteelDesign::Axis::y, SteelDesign::Axis::z}) {
+            ASSERT_TRUE(r.getChi(axis).hasValue()) << name;
+            const double alpha = design::imperfectionFactor(r.getBucklingCurveCompression(axis).value());
+            EXPECT_NEAR(design::reductionFactor(alpha, r.getLambda(axis)), r.getChi(axis).value(), 1e-12) << name;
+        }
+        const double alphaLT = design::imperfectionFactor(r.getBucklingCurveBending().value());
+        EXPECT_NEAR(design::reductionFactorLT(alphaLT, r.getLambdaLT(), r.getLambdaLT0(), r.getBeta()), r.getChiLT().value(),
+                    1e-12)
+            << name;
+    }
 }
 
 } // namespace
