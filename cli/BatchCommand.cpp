@@ -16,6 +16,7 @@
 #include "OutputFile.h"
 
 #include <csignal>
+#include <optional>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -86,48 +87,31 @@ void run(const BatchOptions& o, CommandResult& result)
     const OutputFormat format = o.format == "csv" ? OutputFormat::Csv : OutputFormat::JsonLines;
 
     // The results go to a temporary file beside --out, renamed when complete.
-    const std::string temporary = toFile ? o.out + ".part" : std::string();
-    std::ofstream outFile;
-    if (toFile) {
-        outFile.open(temporary, std::ios::binary | std::ios::trunc);
-        if (!outFile) throw InputError("--out: cannot write '" + o.out + "'");
-    }
-    std::ostream& out = toFile ? static_cast<std::ostream&>(outFile) : std::cout;
-    auto discard = [&] {
-        if (!toFile) return;
-        outFile.close();
-        std::error_code ignored;
-        std::filesystem::remove(temporary, ignored);
-    };
+    std::optional<StreamedOutputFile> outFile;
+    if (toFile) outFile.emplace("--out", o.out);
+    std::ostream& out = toFile ? outFile->stream() : std::cout;
 
     const bool progress = isatty(STDERR_FILENO) != 0;
     BatchSummary summary;
     writeHeader(out, format);
-    runPipeline(reader, out, format, o.jobs, chunkRows, summary,
-                progress ? +[](std::size_t done) { std::fprintf(stderr, "\r%zu rows", done); } : nullptr);
+    runPipeline(reader, out, format, o.jobs, chunkRows, summary, [&](std::size_t done) {
+        if (progress) std::fprintf(stderr, "\r%zu rows", done);
+        if (outFile) outFile->written();
+    });
     if (progress) std::fprintf(stderr, "\r%*s\r", 30, "");
     if (batchStopRequested()) {
-        discard();
+        if (outFile) outFile->discard();
         std::cout.flush();
         std::cerr << "steeldesign: batch interrupted; " << (toFile ? "nothing written" : "output incomplete") << "\n";
         result.exitCode = exitInterrupted;
         return;
     }
-    out.flush();
-    if (!out) {
-        discard();
-        throw InputError(toFile ? "--out: cannot write '" + o.out + "'" : std::string("batch: cannot write the output"));
-    }
     if (toFile) {
-        outFile.close();
-        std::error_code ec;
-        std::filesystem::rename(temporary, o.out, ec);
-        if (ec) {
-            std::filesystem::remove(temporary, ec);
-            throw InputError("--out: cannot write '" + o.out + "'");
-        }
+        outFile->commit();
         std::cout << summary.text();
     } else {
+        out.flush();
+        if (!out) throw InputError("batch: cannot write the output");
         std::cerr << summary.text();
     }
     result.exitCode = summary.exitCode();

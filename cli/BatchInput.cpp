@@ -227,7 +227,10 @@ public:
         for (const std::string_view a : allowed)
             if (equalsIgnoringCase(value, a)) return a;
         std::string list;
-        for (const std::string_view a : allowed) list += (list.empty() ? "" : ", ") + std::string(a);
+        for (const std::string_view a : allowed) {
+            if (!list.empty()) list += ", ";
+            list += a;
+        }
         fail(field, "'" + std::string(value) + "' is not one of " + list);
     }
     // A word of choice into text, which mostly holds it already (the row parsed before in this slot).

@@ -16,6 +16,9 @@
 #include <cmath>
 #include <limits>
 #include <chrono>
+#include <condition_variable>
+#include <exception>
+#include <span>
 #include <cstdio>
 #include <cstring>
 #include <iostream>
@@ -653,22 +656,124 @@ void writeRows(std::ostream& out, const std::vector<RowResult>& results, OutputF
 
 namespace {
 
-// One chunk of the pipeline: its lines, rows, results and output texts (one per slice), all reused.
-struct PipelineChunk {
+// One slice of the pipeline's ring: its lines, rows, results and output text, all reused from turn to turn.
+struct PipelineSlice {
     BatchReader::Lines lines;
     std::vector<BatchRow> rows;
     std::vector<RowResult> results;
-    std::vector<std::string> texts;
+    std::string text;
     std::size_t count = 0;
 };
 
 // Rows per slice: a worker parses, evaluates and formats a slice at a time, into the slice's own text.
 constexpr std::size_t sliceRows = 128;
 
+// The ring's hand-over between the reader, the workers and the writer. Slice k of the run lives in slot
+// k % size; the reader fills slot k once the writer has written slice k - size, a worker takes slice k once
+// it is read, the writer writes slice k once it and every slice before it are evaluated. The writer takes
+// the evaluated slices a batch at a time and frees their slots together, so that the reader and the writer
+// wake once a batch, not once a slice. The counters only grow.
+class PipelineRing {
+public:
+    explicit PipelineRing(std::size_t size) : states_(size, 0), batch_(std::max<std::size_t>(1, size / 4)) {}
+    std::size_t size() const { return states_.size(); }
+
+    // Reader: waits until slot k is free; false when the run stops.
+    bool waitFree(std::size_t k)
+    {
+        std::unique_lock<std::mutex> lock(mutex_);
+        return waitFor(lock, free_, [&] { return k < written_ + states_.size(); });
+    }
+    // Reader: slice k is read (any), or the input ended before it.
+    void read(std::size_t k, bool any)
+    {
+        {
+            std::lock_guard<std::mutex> lock(mutex_);
+            if (any) read_ = k + 1;
+            else end_ = k;
+        }
+        readable_.notify_all();
+        if (!any) writable_.notify_one();  // the writer may wait for a batch that the end cuts short
+    }
+    // Worker: the next slice to evaluate, once read; false at the end of the input or when the run stops.
+    bool take(std::size_t& k)
+    {
+        std::unique_lock<std::mutex> lock(mutex_);
+        k = next_++;
+        return waitFor(lock, readable_, [&] { return k < read_ || k >= end_; }) && k < read_;
+    }
+    // Worker: slice k is evaluated and formatted.
+    void evaluated(std::size_t k)
+    {
+        bool wake = false;
+        {
+            std::lock_guard<std::mutex> lock(mutex_);
+            states_[k % states_.size()] = k + 1;
+            while (contiguous_ < read_ && states_[contiguous_ % states_.size()] == contiguous_ + 1) ++contiguous_;
+            wake = writerReady();
+        }
+        if (wake) writable_.notify_one();
+    }
+    // Writer: waits until slices k, k + 1, ... are evaluated, a batch of them or all up to the end; their
+    // count, 0 at the end of the input or when the run stops.
+    std::size_t waitEvaluated(std::size_t k)
+    {
+        std::unique_lock<std::mutex> lock(mutex_);
+        writerAt_ = k;
+        if (!waitFor(lock, writable_, [&] { return writerReady() || k >= end_; })) return 0;
+        return contiguous_ - k;
+    }
+    // Writer: the slices before k are written; their slots are free again.
+    void written(std::size_t k)
+    {
+        {
+            std::lock_guard<std::mutex> lock(mutex_);
+            written_ = k;
+        }
+        free_.notify_one();
+    }
+    // Ends the run early (a stop request, or the reader failed): every waiting thread returns.
+    void abort()
+    {
+        {
+            std::lock_guard<std::mutex> lock(mutex_);
+            aborted_ = true;
+        }
+        free_.notify_all();
+        readable_.notify_all();
+        writable_.notify_all();
+    }
+
+private:
+    // A batch is evaluated from the writer's place, or every slice up to the end is.
+    bool writerReady() const
+    {
+        return contiguous_ > writerAt_ && (contiguous_ - writerAt_ >= batch_ || contiguous_ == end_);
+    }
+    // Waits for ready, looking at the stop request now and then (a signal handler cannot notify).
+    template <class Ready>
+    bool waitFor(std::unique_lock<std::mutex>& lock, std::condition_variable& cv, Ready ready)
+    {
+        while (!ready()) {
+            if (aborted_ || batchStopRequested()) return false;
+            cv.wait_for(lock, std::chrono::milliseconds(50));
+        }
+        return !aborted_ && !batchStopRequested();
+    }
+
+    std::mutex mutex_;
+    std::condition_variable free_, readable_, writable_;
+    std::vector<std::size_t> states_;  // per slot: 1 + the slice evaluated in it
+    const std::size_t batch_;
+    std::size_t read_ = 0, written_ = 0, next_ = 0, contiguous_ = 0, writerAt_ = 0;
+    std::size_t end_ = std::numeric_limits<std::size_t>::max();
+    bool aborted_ = false;
+};
+
 } // namespace
 
 void runPipeline(BatchReader& reader, std::ostream& out, OutputFormat format, unsigned jobs, std::size_t chunkRows,
-                 BatchSummary& summary, void (*onChunk)(std::size_t rowsDone))
+                 BatchSummary& summary, const std::function<void(std::size_t rowsDone)>& onChunk)
 {
     const std::size_t utilizationCount = utilizationNames().size();
     const unsigned cores = jobs != 0 ? jobs : std::max(1u, std::thread::hardware_concurrency());
@@ -683,83 +788,95 @@ void runPipeline(BatchReader& reader, std::ostream& out, OutputFormat format, un
         return it->second;
     };
 
-    PipelineChunk chunks[2];
-    std::size_t done = 0;
-    bool more = reader.readLines(chunks[0].lines, chunkRows);
-    std::thread writer;
-    for (std::size_t k = 0; more && !batchStopRequested(); ++k) {
-        PipelineChunk& chunk = chunks[k % 2];
-        PipelineChunk& other = chunks[(k + 1) % 2];
-        // other holds the former chunk, which the writer is still writing (its texts and results): the
-        // reader fills only its lines.
-        bool nextMore = false;
-        std::thread readAhead([&] { nextMore = reader.readLines(other.lines, chunkRows); });
+    // chunkRows rows in flight at most, in slices of up to sliceRows rows.
+    const std::size_t rowsPerSlice = std::clamp<std::size_t>(chunkRows, 1, sliceRows);
+    PipelineRing ring(std::max<std::size_t>(2, (chunkRows + rowsPerSlice - 1) / rowsPerSlice));
+    std::vector<PipelineSlice> slots(ring.size());
 
-        const std::size_t count = chunk.lines.count;
-        chunk.count = count;
-        chunk.rows.resize(count);
-        chunk.results.resize(count);
-        const std::size_t slices = (count + sliceRows - 1) / sliceRows;
-        if (chunk.texts.size() < slices) chunk.texts.resize(slices);
-        std::atomic<std::size_t> nextSlice{0};
-        auto worker = [&] {
-            // The sections this worker met last, by spelling: neighbouring rows name a handful.
-            std::vector<std::pair<std::string, const SectionCache::Entry*>> known;
-            for (;;) {
-                const std::size_t slice = nextSlice.fetch_add(1);
-                if (slice >= slices || batchStopRequested()) return;
-                const std::size_t begin = slice * sliceRows, end = std::min(count, begin + sliceRows);
-                std::string& text = chunk.texts[slice];
-                text.clear();
-                text.reserve((end - begin) * (format == OutputFormat::JsonLines ? 640 : 256));
-                for (std::size_t i = begin; i < end; ++i) {
-                    BatchRow& row = chunk.rows[i];
-                    RowResult& result = chunk.results[i];
-                    try {
-                        reader.parseLine(chunk.lines, i, row);
-                        const SectionCache::Entry* entry = nullptr;
-                        if (const auto* member = std::get_if<MemberRow>(&row)) {
-                            for (const auto& [spelling, e] : known)
-                                if (spelling == member->section) {
-                                    entry = e;
-                                    break;
-                                }
-                            if (!entry) {
-                                entry = lookUp(member->section);
-                                if (known.size() >= 16) known.erase(known.begin());
-                                known.emplace_back(member->section, entry);
-                            }
-                        }
-                        evaluate(row, sections, entry, result);
-                    } catch (const std::exception& e) {
-                        const auto* member = std::get_if<MemberRow>(&row);
-                        result = rejected(member ? member->line : 0, member ? member->id : std::string(), "",
-                                          std::string("the row could not be evaluated: ") + e.what());
-                    }
-                    if (format == OutputFormat::JsonLines) appendJsonRow(text, result);
-                    else appendCsvRow(text, result, utilizationCount);
-                }
+    std::exception_ptr readFailure;
+    std::thread readerThread([&] {
+        try {
+            for (std::size_t k = 0;; ++k) {
+                if (!ring.waitFree(k)) return;
+                PipelineSlice& slice = slots[k % slots.size()];
+                const bool any = reader.readLines(slice.lines, rowsPerSlice);
+                ring.read(k, any);
+                if (!any) return;
             }
-        };
-        const unsigned threads = static_cast<unsigned>(std::min<std::size_t>(cores, std::max<std::size_t>(slices, 1)));
-        std::vector<std::thread> pool;
-        for (unsigned t = 1; t < threads; ++t) pool.emplace_back(worker);
-        worker();
-        for (std::thread& t : pool) t.join();
-        if (writer.joinable()) writer.join();
-        readAhead.join();
-        if (batchStopRequested()) break;
-        done += count;
-        if (onChunk) onChunk(done);
-        // The chunk is written (and counted) while the next one is evaluated.
-        writer = std::thread([&out, &summary, &chunk, slices] {
-            for (std::size_t i = 0; i < slices; ++i)
-                out.write(chunk.texts[i].data(), static_cast<std::streamsize>(chunk.texts[i].size()));
-            summary.add(chunk.results);
-        });
-        more = nextMore;
-    }
-    if (writer.joinable()) writer.join();
+        } catch (...) {
+            readFailure = std::current_exception();
+            ring.abort();
+        }
+    });
+
+    auto worker = [&] {
+        // The sections this worker met last, by spelling: neighbouring rows name a handful.
+        std::vector<std::pair<std::string, const SectionCache::Entry*>> known;
+        std::size_t k = 0;
+        while (ring.take(k)) {
+            PipelineSlice& slice = slots[k % slots.size()];
+            const std::size_t count = slice.lines.count;
+            slice.count = count;
+            if (slice.rows.size() < count) slice.rows.resize(count);
+            if (slice.results.size() < count) slice.results.resize(count);
+            std::string& text = slice.text;
+            text.clear();
+            text.reserve(count * (format == OutputFormat::JsonLines ? 640 : 256));
+            for (std::size_t i = 0; i < count; ++i) {
+                BatchRow& row = slice.rows[i];
+                RowResult& result = slice.results[i];
+                try {
+                    reader.parseLine(slice.lines, i, row);
+                    const SectionCache::Entry* entry = nullptr;
+                    if (const auto* member = std::get_if<MemberRow>(&row)) {
+                        for (const auto& [spelling, e] : known)
+                            if (spelling == member->section) {
+                                entry = e;
+                                break;
+                            }
+                        if (!entry) {
+                            entry = lookUp(member->section);
+                            if (known.size() >= 16) known.erase(known.begin());
+                            known.emplace_back(member->section, entry);
+                        }
+                    }
+                    evaluate(row, sections, entry, result);
+                } catch (const std::exception& e) {
+                    const auto* member = std::get_if<MemberRow>(&row);
+                    result = rejected(member ? member->line : 0, member ? member->id : std::string(), "",
+                                      std::string("the row could not be evaluated: ") + e.what());
+                }
+                if (format == OutputFormat::JsonLines) appendJsonRow(text, result);
+                else appendCsvRow(text, result, utilizationCount);
+            }
+            ring.evaluated(k);
+        }
+    };
+
+    // The writer writes the slices in input order and counts them in the summary.
+    std::thread writerThread([&] {
+        std::size_t rows = 0, reported = 0, k = 0;
+        while (const std::size_t ready = ring.waitEvaluated(k)) {
+            for (const std::size_t last = k + ready; k < last; ++k) {
+                const PipelineSlice& slice = slots[k % slots.size()];
+                out.write(slice.text.data(), static_cast<std::streamsize>(slice.text.size()));
+                summary.add(std::span<const RowResult>(slice.results.data(), slice.count));
+                rows += slice.count;
+            }
+            ring.written(k);
+            if (onChunk && rows - reported >= chunkRows) onChunk(reported = rows);
+        }
+        if (onChunk && rows != reported) onChunk(rows);
+    });
+
+    std::vector<std::thread> pool;
+    for (unsigned t = 1; t < cores; ++t) pool.emplace_back(worker);
+    worker();
+    for (std::thread& t : pool) t.join();
+    writerThread.join();
+    ring.abort();  // the reader may wait for a slot the stopped writer never frees
+    readerThread.join();
+    if (readFailure) std::rethrow_exception(readFailure);
 }
 
 void writeResults(std::ostream& out, const std::vector<RowResult>& results, OutputFormat format)
@@ -768,7 +885,9 @@ void writeResults(std::ostream& out, const std::vector<RowResult>& results, Outp
     writeRows(out, results, format, 0);
 }
 
-void BatchSummary::add(const std::vector<RowResult>& results)
+void BatchSummary::add(const std::vector<RowResult>& results) { add(std::span<const RowResult>(results)); }
+
+void BatchSummary::add(std::span<const RowResult> results)
 {
     for (const RowResult& r : results) {
         ++rows_;

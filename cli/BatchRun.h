@@ -11,8 +11,10 @@
 #include <nlohmann/json.hpp>
 
 #include <array>
+#include <functional>
 #include <iosfwd>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -78,6 +80,7 @@ class BatchSummary {
 public:
     static constexpr std::size_t listedRows = 1000;
     void add(const std::vector<RowResult>& results);
+    void add(std::span<const RowResult> results);
     std::string text() const;
     // 2 when a row was rejected, else 1 when a row is not fulfilled, else 3 when a row is not verified,
     // else 0.
@@ -102,7 +105,7 @@ private:
 // chunk. A stop request ends the run early (the output is then incomplete). onChunk, when given, is
 // called with the rows evaluated so far after each chunk.
 void runPipeline(BatchReader& reader, std::ostream& out, OutputFormat format, unsigned jobs, std::size_t chunkRows,
-                 BatchSummary& summary, void (*onChunk)(std::size_t rowsDone) = nullptr);
+                 BatchSummary& summary, const std::function<void(std::size_t rowsDone)>& onChunk = {});
 
 // The summary and the exit code of a whole batch at once.
 std::string summarize(const std::vector<RowResult>& results);

@@ -4,8 +4,13 @@
 // input and is never half-written. The text goes to a temporary file
 // beside the target that is renamed when complete, so a failure leaves an existing file untouched.
 
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+#include <ostream>
 #include <string>
 #include <string_view>
+#include <thread>
 
 namespace cli {
 
@@ -21,5 +26,40 @@ void checkOutputPath(std::string_view option, const std::string& path, const std
 
 // Writes text to path through path + ".part" and a rename; InputError naming the option when it cannot.
 void writeFileAtomically(std::string_view option, const std::string& path, std::string_view text);
+
+// A large output written as a stream: the text goes to path + ".part", which replaces path at once by
+// commit(); destroyed without a commit (an error, an interrupted run), it removes the temporary and leaves
+// path as it was. As the text grows, a thread of its own asks the kernel to write back the pages written
+// so far: the replacing rename would otherwise start the write-back of the whole file itself (ext4 does so
+// when a rename replaces a file), and the command would wait for it at its end.
+class StreamedOutputFile {
+public:
+    // InputError naming the option when the temporary cannot be created.
+    StreamedOutputFile(std::string_view option, const std::string& path);
+    ~StreamedOutputFile();
+    StreamedOutputFile(const StreamedOutputFile&) = delete;
+    StreamedOutputFile& operator=(const StreamedOutputFile&) = delete;
+
+    std::ostream& stream() { return *stream_; }
+    // The text written so far may go to the disk (called by the thread that writes the stream).
+    void written();
+    // The text complete: the temporary replaces path; InputError naming the option when it cannot.
+    void commit();
+    // The temporary removed, path untouched.
+    void discard() noexcept;
+
+private:
+    void stopWriteBack() noexcept;
+
+    std::string option_, path_, temporary_;
+    int fd_ = -1;
+    std::unique_ptr<std::streambuf> buffer_;
+    std::unique_ptr<std::ostream> stream_;
+    bool open_ = false;
+    std::mutex mutex_;
+    std::condition_variable wake_;
+    bool pending_ = false, stopping_ = false;
+    std::thread writeBack_;
+};
 
 } // namespace cli

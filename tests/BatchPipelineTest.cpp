@@ -1,10 +1,11 @@
-// The pipeline of `steeldesign batch` (cli::runPipeline: reader thread, workers that parse, evaluate and
-// format slices of a chunk into rows and results reused from chunk to chunk, writer thread) against the
-// plainest reference: every row read at once, evaluated on its own into a fresh result
-// (cli::evaluateRow), written on one thread. The bytes, the summary and the exit code must be the same
-// for every chunk size (one row, a chunk smaller than a slice, chunks that end inside a slice) and on
-// one and two threads, with rows of every kind following each other in the same slots: checked rows,
-// rows rejected by the reader, by the section or the steel, quoted ids, words in other cases.
+// The pipeline of `steeldesign batch` (cli::runPipeline: a reader thread fills a ring of slices, workers
+// parse, evaluate and format them into rows and results reused from turn to turn, a writer thread writes
+// them in order, a batch of slices at a time) against the plainest reference: every row read at once,
+// evaluated on its own into a fresh result (cli::evaluateRow), written on one thread. The bytes, the
+// summary and the exit code must be the same for every size of the ring (one row, fewer rows than a
+// slice, slices that end inside the model, a ring of two slices, of eight, of sixty-four) and on one and
+// two threads, with rows of every kind following each other in the same slots: checked rows, rows
+// rejected by the reader, by the section or the steel, quoted ids, words in other cases.
 
 #include "../cli/BatchInput.h"
 #include "../cli/BatchRun.h"
@@ -114,8 +115,8 @@ INSTANTIATE_TEST_SUITE_P(ChunksSlicesThreads, BatchPipeline,
                          testing::Combine(testing::Bool(),
                                           testing::Values(cli::OutputFormat::Csv, cli::OutputFormat::JsonLines),
                                           testing::Values(1u, 2u),
-                                          testing::Values(std::size_t{1}, std::size_t{7}, std::size_t{300},
-                                                          std::size_t{8192})));
+                                          testing::Values(std::size_t{1}, std::size_t{7}, std::size_t{129},
+                                                          std::size_t{300}, std::size_t{1000}, std::size_t{8192})));
 
 // A stop asked for before the run writes nothing and leaves the summary empty.
 TEST(BatchPipelineStop, AStopRequestedBeforeTheRunWritesNoRow)
@@ -129,6 +130,33 @@ TEST(BatchPipelineStop, AStopRequestedBeforeTheRunWritesNoRow)
     cli::resetBatchStop();
     EXPECT_TRUE(text.str().empty());
     EXPECT_EQ(summary.exitCode(), 0);
+}
+
+// A stream that fails at its end while the reader thread reads it (a disk error): the run ends with the
+// stream's error on the calling thread, not with std::terminate on the reader's.
+class FailingBuffer : public std::stringbuf {
+public:
+    explicit FailingBuffer(const std::string& text) : std::stringbuf(text) {}
+
+protected:
+    int_type underflow() override
+    {
+        if (gptr() == egptr()) throw std::runtime_error("the disk failed");
+        return std::stringbuf::underflow();
+    }
+};
+
+TEST(BatchPipelineFailure, AReadErrorEndsTheRunWithTheError)
+{
+    for (const unsigned jobs : {1u, 2u}) {
+        FailingBuffer buffer(csvModel());
+        std::istream stream(&buffer);
+        stream.exceptions(std::ios::badbit);
+        cli::BatchReader reader(stream, cli::BatchFormat::Csv, jobs);
+        std::ostringstream text;
+        cli::BatchSummary summary;
+        EXPECT_THROW(cli::runPipeline(reader, text, cli::OutputFormat::Csv, jobs, 64, summary), std::runtime_error);
+    }
 }
 
 } // namespace

@@ -114,7 +114,10 @@ std::string momentsText(const char* name, const std::optional<std::vector<double
         throw py::value_error(std::string(name) + ": three moments (start, middle, end) in kNm are needed, got " +
                               std::to_string(values->size()));
     std::string text;
-    for (double v : *values) text += (text.empty() ? "" : ",") + exact(finite(name, v));
+    for (double v : *values) {
+        if (!text.empty()) text += ',';
+        text += exact(finite(name, v));
+    }
     return text;
 }
 
@@ -162,7 +165,12 @@ py::object member(const std::string& name, const std::string& steelGrade, double
 std::string pairsText(const char* name, const std::vector<std::pair<double, double>>& pairs)
 {
     std::string text;
-    for (const auto& [x, v] : pairs) text += (text.empty() ? "" : ",") + exact(finite(name, x)) + ":" + exact(finite(name, v));
+    for (const auto& [x, v] : pairs) {
+        if (!text.empty()) text += ',';
+        text += exact(finite(name, x));
+        text += ':';
+        text += exact(finite(name, v));
+    }
     return text;
 }
 
