@@ -1,5 +1,5 @@
 // Batch throughput end to end: the example model (examples/frames.csv) repeated to 100,000 rows as CSV
-// text in memory, streamed in chunks through the pipeline of `steeldesign batch` (cli::runPipeline: the
+// text in memory, streamed in a ring of 8,192 rows through the pipeline of `steeldesign batch` (cli::runPipeline: the
 // reader, two threads parsing, evaluating and formatting, the writer); CSV and JSON Lines out.
 
 #include <cli/BatchInput.h>

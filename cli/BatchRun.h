@@ -97,13 +97,14 @@ private:
     std::vector<std::string> notVerifiedLines_, rejectedLines_;
 };
 
-// A whole batch from reader to out (the rows only, no header) as `steeldesign batch` runs it, chunk by chunk
-// of chunkRows rows, with the summary. The stages overlap: a reader thread reads the next chunk's lines
-// while `jobs` threads (0: every core) parse, evaluate and format the rows of this chunk, slice by slice,
-// each slice into a text of its own, and a writer thread writes the former chunk's texts in order and adds
-// its results to the summary. The same rows and bytes as next, BatchEvaluator::run and writeRows chunk by
-// chunk. A stop request ends the run early (the output is then incomplete). onChunk, when given, is
-// called with the rows evaluated so far after each chunk.
+// A whole batch from reader to out (the rows only, no header) as `steeldesign batch` runs it, with the
+// summary, in bounded memory: at most chunkRows rows are in flight, in a ring of slices (of up to 128 rows).
+// The stages overlap: a reader thread reads slices of lines, `jobs` threads (0: every core) parse, evaluate
+// and format them, each slice into a text of its own, and a writer thread writes the texts in input order
+// and adds their results to the summary. The same rows and bytes as next, BatchEvaluator::run and
+// writeRows. A stop request ends the run early (the output is then incomplete); an exception of the
+// input stream ends it with that exception. onChunk, when given, is called on the writer's thread with
+// the rows written so far, about every chunkRows rows and at the end.
 void runPipeline(BatchReader& reader, std::ostream& out, OutputFormat format, unsigned jobs, std::size_t chunkRows,
                  BatchSummary& summary, const std::function<void(std::size_t rowsDone)>& onChunk = {});
 
