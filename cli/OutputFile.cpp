@@ -65,9 +65,20 @@ StreamedOutputFile::StreamedOutputFile(std::string_view option, const std::strin
     fd_ = ::open(temporary_.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
     if (fd_ < 0) throw InputError(option_ + ": cannot write '" + path_ + "'");
     open_ = true;
-    // The buffer owns the descriptor from here on and closes it.
-    buffer_ = std::make_unique<__gnu_cxx::stdio_filebuf<char>>(fd_, std::ios::out | std::ios::binary, 1 << 16);
-    stream_ = std::make_unique<std::ostream>(buffer_.get());
+    try {
+        // The buffer owns the descriptor from here on and closes it.
+        buffer_ = std::make_unique<__gnu_cxx::stdio_filebuf<char>>(fd_, std::ios::out | std::ios::binary, 1 << 16);
+        stream_ = std::make_unique<std::ostream>(buffer_.get());
+        startWriteBack();
+    } catch (...) {  // no memory or no thread: nothing is left behind
+        if (!buffer_) ::close(fd_);
+        discard();
+        throw;
+    }
+}
+
+void StreamedOutputFile::startWriteBack()
+{
     writeBack_ = std::thread([this] {
         std::unique_lock<std::mutex> lock(mutex_);
         for (;;) {
@@ -126,7 +137,7 @@ void StreamedOutputFile::discard() noexcept
     stopWriteBack();
     if (!open_) return;
     open_ = false;
-    static_cast<__gnu_cxx::stdio_filebuf<char>&>(*buffer_).close();
+    if (buffer_) static_cast<__gnu_cxx::stdio_filebuf<char>&>(*buffer_).close();
     std::error_code ignored;
     std::filesystem::remove(temporary_, ignored);
 }

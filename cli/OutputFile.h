@@ -49,6 +49,7 @@ public:
     void discard() noexcept;
 
 private:
+    void startWriteBack();
     void stopWriteBack() noexcept;
 
     std::string option_, path_, temporary_;
