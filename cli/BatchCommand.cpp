@@ -16,11 +16,11 @@
 #include "OutputFile.h"
 
 #include <csignal>
-#include <optional>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <optional>
 #include <sstream>
 #include <unistd.h>
 
