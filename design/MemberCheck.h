@@ -68,6 +68,10 @@ struct MemberRequest {
     LateralTorsionalMethod method = LateralTorsionalMethod::Automatic;
     McrMethod mcrMethod = McrMethod::Tables;
     bool torsionallyDeformable = false;
+    // The member is restrained against twist along its length: the EN evaluation takes the interaction
+    // factors of Annex B Table B.1 (otherwise Table B.2 wherever lateral-torsional buckling is checked).
+    // The library's checks do not read it.
+    bool twistRestrained = false;
     bool cmFloor = false;
     bool elastic = false;
 };

@@ -11,6 +11,7 @@
 
 #include "BucklingCurves.h"
 #include "PlateClassification.h"
+#include "TraceSheet.h"
 
 #include <KaMath.h>
 #include <KaStandard.h>
@@ -25,6 +26,7 @@ namespace design {
 
 namespace {
 
+using namespace tracetext;
 using R = SteelDesign::VerificationResults;
 using B = SteelDesign::BucklingResults;
 using U = B::UtilizationType;
@@ -49,108 +51,6 @@ constexpr const char* kShearBuckling = "shear buckling";
 
 const double sqrt3 = std::sqrt(3.0);
 
-// ---- number texts ----------------------------------------------------------------------------------
-
-std::string fixed(double v, int decimals)
-{
-    if (std::isnan(v)) return "nan";
-    if (std::isinf(v)) return v > 0.0 ? "inf" : "-inf";
-    char buffer[64];
-    std::snprintf(buffer, sizeof buffer, "%.*f", decimals, v);
-    std::string s(buffer);
-    // "-0.00" reads as 0.00.
-    if (s[0] == '-' && s.find_first_not_of("-0.") == std::string::npos) s.erase(0, 1);
-    return s;
-}
-
-// A section property in cm units: one decimal from 100 on, two from 1, three below.
-std::string property(double v)
-{
-    const double a = std::fabs(v);
-    return fixed(v, a >= 100.0 ? 1 : a >= 1.0 ? 2 : 3);
-}
-
-std::string kN(double v) { return fixed(v, 2) + " kN"; }
-std::string kNm(double v) { return fixed(v, 2) + " kNm"; }
-std::string cm2(double m2) { return property(m2 * 1e4) + " cm²"; }
-std::string cm3(double m3) { return property(m3 * 1e6) + " cm³"; }
-std::string cm4(double m4) { return property(m4 * 1e8) + " cm⁴"; }
-std::string cm6(double m6) { return property(m6 * 1e12) + " cm⁶"; }
-std::string stress(double kNm2) { return fixed(kNm2 / 1000.0, 0) + " N/mm²"; }
-std::string mm(double m) { return fixed(m * 1000.0, 1) + " mm"; }
-std::string metres(double m) { return fixed(m, 3) + " m"; }
-std::string factor(double v) { return fixed(v, 3); }
-std::string gamma(double v) { return fixed(v, 2); }
-
-// "|x|": the magnitude bars around a value (built by appending: g++ 12 warns falsely on a literal
-// inserted before a temporary string, -Wrestrict).
-std::string magnitude(const std::string& s)
-{
-    std::string out("|");
-    out += s;
-    out += '|';
-    return out;
-}
-
-std::string classText(int cls) { return "class " + std::to_string(cls); }
-
-bool valid(double x) { return !KaMath::isFuzzyZero(x, KaMath::getEpsMin()); }
-
-// An axis without its action: the action is zero and so is the utilization the check recorded for it. Its
-// lines are left out, as on a calculation sheet; the summary lines still show the check.
-bool idle(double action, const kat::Nullable<double>& u) { return action == 0.0 && u && u.value() == 0.0; }
-
-// The verdict of one utilization: at most 1.0 within KaMath::getEpsReal(), as the records judge it; a value
-// that is not finite is not fulfilled.
-TraceStatus statusOf(double u)
-{
-    return std::isfinite(u) && KaMath::isFuzzySmallerEqual(u, 1.0, KaMath::getEpsReal()) ? TraceStatus::Fulfilled
-                                                                                        : TraceStatus::NotFulfilled;
-}
-
-const char* curveName(SteelDesign::BucklingCurve curve)
-{
-    const char* name = SteelDesign::toString(curve);
-    return *name ? name : "none";
-}
-
-// The imperfection factor of a curve, Table 6.1 / 6.3 (none: 1.0, as the member check takes it).
-double imperfection(SteelDesign::BucklingCurve curve)
-{
-    return curve == SteelDesign::BucklingCurve::none ? 1.0 : imperfectionFactor(curve);
-}
-
-// The lines of one trace with the rule that keeps a check that was not verified from looking fulfilled.
-class Sheet {
-public:
-    std::vector<TraceLine> lines;
-
-    void value(const char* check, std::string clause, std::string symbol, std::string formula, std::string numbers,
-               std::string result, double v)
-    {
-        lines.push_back({check, std::move(clause), std::move(symbol), std::move(formula), std::move(numbers),
-                         std::move(result), v, TraceStatus::Value});
-    }
-
-    // A utilization; unverified: the check it belongs to is not verified (a limitation of the whole
-    // check), so it reads "not verified" unless it fails anyway.
-    void utilization(const char* check, std::string clause, std::string symbol, std::string formula,
-                     std::string numbers, double u, bool unverified)
-    {
-        TraceStatus status = statusOf(u);
-        if (unverified && status == TraceStatus::Fulfilled) status = TraceStatus::NotVerified;
-        lines.push_back({check, std::move(clause), std::move(symbol), std::move(formula), std::move(numbers),
-                         factor(u), u, status});
-    }
-
-    void notVerified(const char* check, std::string clause, std::string symbol, std::string formula,
-                     std::string reason, double v = 0.0)
-    {
-        lines.push_back({check, std::move(clause), std::move(symbol), std::move(formula), std::move(reason),
-                         "not verified", v, TraceStatus::NotVerified});
-    }
-};
-
 // ---- cross-section ---------------------------------------------------------------------------------
 
 // The groups and clauses of the limitations.
@@ -172,6 +72,8 @@ LimitationPlace placeOf(Limitation flag)
     case NonFiniteUtilization: return {kInteraction, "EN 1993-1-1 6.3"};
     case NumericalMcrNotFound: return {kLateralTorsional, "EN 1993-1-1 6.3.2.2(2)"};
     case ShearWithTorsionNotChecked: return {kShear, "EN 1993-1-1 6.2.7(9)"};
+    case Class4NotCovered: return {kClassification, "EN 1993-1-5 4.3"};
+    case LateralTorsionalNotCovered: return {kLateralTorsional, "EN 1993-1-1 6.3.2.2(2)"};
     case NoLimitation: break;
     }
     return {kClassification, ""};

@@ -51,6 +51,12 @@ const char* describe(Limitation limitation)
     case ShearWithTorsionNotChecked:
         return "shear with torsion (6.2.7(9)) is checked for classes 1 and 2 only: in class 3 the shear "
                "utilization reads 0 without a check";
+    case Class4NotCovered:
+        return "class 4: the effective section of this section kind is outside EN 1993-1-1 and EN 1993-1-5 4.3 "
+               "(a circular hollow section needs EN 1993-1-6)";
+    case LateralTorsionalNotCovered:
+        return "lateral-torsional buckling of this section kind needs its critical moment about the principal axes "
+               "(angles and Z sections), which the checks do not compute";
     }
     return "";
 }

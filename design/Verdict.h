@@ -47,9 +47,15 @@ enum Limitation : std::uint32_t {
     // Shear with torsion in class 3: the cross-section check verifies shear with torsion (6.2.7(9)) for
     // classes 1 and 2 only and records the shear utilization as 0.
     ShearWithTorsionNotChecked = 1u << 9,
+    // EN 1993-1-1 evaluation: class 4 of a section kind whose effective section is outside our scope
+    // (circular hollow sections need EN 1993-1-6; solid and cold-formed kinds without plates).
+    Class4NotCovered = 1u << 10,
+    // EN 1993-1-1 evaluation: lateral-torsional buckling of a section kind whose critical moment is outside
+    // our scope (angles and Z sections: bending about axes that are not principal).
+    LateralTorsionalNotCovered = 1u << 11,
 };
 
-inline constexpr std::uint32_t limitationCount = 10;
+inline constexpr std::uint32_t limitationCount = 12;
 
 // "not verified: class 4 needs effective section properties" without the prefix: the reason of one flag.
 const char* describe(Limitation limitation);

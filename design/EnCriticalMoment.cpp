@@ -1,0 +1,7 @@
+#include "EnCriticalMoment.h"
+
+namespace design {
+
+EnCriticalMoment enCriticalMoment(const MemberRequest&, double, double) { return {}; }
+
+} // namespace design

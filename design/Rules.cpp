@@ -1,0 +1,14 @@
+#include "Rules.h"
+
+namespace design {
+
+const char* toString(Rules rules) { return rules == Rules::Library ? "library" : "EN 1993-1-1"; }
+
+std::optional<Rules> rulesFromName(std::string_view name)
+{
+    if (name == "en") return Rules::En;
+    if (name == "library") return Rules::Library;
+    return std::nullopt;
+}
+
+} // namespace design
