@@ -34,6 +34,7 @@ struct BatchOptions {
     std::string format = "jsonl";
     unsigned jobs = 0;
     StandardOptions standard;
+    RulesOption rules;
 };
 
 constexpr int exitInterrupted = 130;
@@ -72,6 +73,7 @@ void run(const BatchOptions& o, CommandResult& result)
     const SignalGuard signals;  // from the start: a signal while the input is read stops the run too
     resetBatchStop();
     o.standard.apply();
+    const design::Rules rules = o.rules.resolve();
     const bool toFile = !o.out.empty() && o.out != "-";
     if (toFile && o.file != "-" && sameFile(o.file, o.out))
         throw InputError("--out: '" + o.out + "' is the input file; the results would overwrite the model");
@@ -93,11 +95,14 @@ void run(const BatchOptions& o, CommandResult& result)
 
     const bool progress = isatty(STDERR_FILENO) != 0;
     BatchSummary summary;
-    writeHeader(out, format);
-    runPipeline(reader, out, format, o.jobs, chunkRows, summary, [&](std::size_t done) {
-        if (progress) std::fprintf(stderr, "\r%zu rows", done);
-        if (outFile) outFile->written();
-    });
+    writeHeader(out, format, rules);
+    runPipeline(
+        reader, out, format, o.jobs, chunkRows, summary,
+        [&](std::size_t done) {
+            if (progress) std::fprintf(stderr, "\r%zu rows", done);
+            if (outFile) outFile->written();
+        },
+        rules);
     if (progress) std::fprintf(stderr, "\r%*s\r", 30, "");
     if (batchStopRequested()) {
         if (outFile) outFile->discard();
@@ -136,6 +141,7 @@ void registerBatchCommand(CLI::App& app, CommandResult& result)
         ->capture_default_str();
     sub->add_option("--jobs", options->jobs, "worker threads (default: every core)")->check(CLI::Range(1u, 256u));
     options->standard.addTo(*sub);
+    options->rules.addTo(*sub);
     sub->callback([options, &result] { run(*options, result); });
 }
 

@@ -112,7 +112,8 @@ KaConstrSteel* steelOf(const std::string& name)
 
 // known: the row's section entry when the caller has looked it up already, else null.
 // The result goes into out, whose texts keep their memory from chunk to chunk: every field is set.
-void evaluate(const BatchRow& parsed, SectionCache& sections, const SectionCache::Entry* known, RowResult& out)
+void evaluate(const BatchRow& parsed, SectionCache& sections, const SectionCache::Entry* known, RowResult& out,
+              design::Rules rules)
 {
     if (const auto* error = std::get_if<RowError>(&parsed)) {
         out = rejected(error->line, error->id, error->field, error->message);
@@ -132,7 +133,7 @@ void evaluate(const BatchRow& parsed, SectionCache& sections, const SectionCache
     }
 
     const RowRequests requests = rowRequests(row, section, steel);
-    design::designMember(requests.cross, requests.member ? &*requests.member : nullptr, out);
+    design::designMember(requests.cross, requests.member ? &*requests.member : nullptr, out, nullptr, rules);
     out.line = row.line;
     out.id = row.id;
     out.rejected = false;
@@ -142,10 +143,11 @@ void evaluate(const BatchRow& parsed, SectionCache& sections, const SectionCache
 
 } // namespace
 
-RowResult evaluateChecks(const design::CrossSectionRequest& cross, const design::MemberRequest* member)
+RowResult evaluateChecks(const design::CrossSectionRequest& cross, const design::MemberRequest* member,
+                         design::Rules rules)
 {
     RowResult r;
-    static_cast<design::DesignSummary&>(r) = design::designMember(cross, member);
+    static_cast<design::DesignSummary&>(r) = design::designMember(cross, member, nullptr, rules);
     return r;
 }
 
@@ -292,7 +294,8 @@ void appendCsvRow(std::string& buffer, const RowResult& r, std::size_t utilizati
     *t++ = ',';
     put(reasons);
     *t++ = ',';
-    if (r.enGoverning) t = writeGeneral6(t, r.enGoverning.value());
+    const kat::Nullable<double>& other = r.rules == design::Rules::En ? r.libraryGoverning : r.enGoverning;
+    if (other) t = writeGeneral6(t, other.value());
     *t++ = ',';
     put(departures);
     put(",,\n");
@@ -407,8 +410,10 @@ void appendJsonRow(std::string& out, const RowResult& r)
     out += ",\"departures\":";
     if (r.departures != 0) appendJsonString(out, departuresOf(r.departures));
     else out += "null";
-    out += ",\"enUtilization\":";
-    appendJsonUtilization(out, r.enGoverning);
+    if (r.rules == design::Rules::Library) {
+        out += ",\"enUtilization\":";
+        appendJsonUtilization(out, r.enGoverning);
+    }
     out += ",\"errorCode\":";
     appendInteger(out, r.errorCode);
     out += r.fulfilled ? ",\"fulfilled\":true" : ",\"fulfilled\":false";
@@ -422,6 +427,10 @@ void appendJsonRow(std::string& out, const RowResult& r)
     appendJsonString(out, r.id);
     out += ",\"lateralTorsionalMethod\":";
     out += r.memberChecked ? (r.rolledMethod ? "\"6.3.2.3\"" : "\"6.3.2.2\"") : "null";
+    if (r.rules == design::Rules::En) {
+        out += ",\"libraryUtilization\":";
+        appendJsonUtilization(out, r.libraryGoverning);
+    }
     out += ",\"line\":";
     appendInteger(out, r.line);
     out += r.memberChecked ? ",\"memberChecked\":true" : ",\"memberChecked\":false";
@@ -497,7 +506,8 @@ nlohmann::json jsonOfRow(const RowResult& r)
     j["fulfilled"] = r.fulfilled;
     j["verdict"] = design::toString(r.verdict);
     j["notVerified"] = r.limitations != 0 ? nlohmann::json(design::describeAll(r.limitations)) : nlohmann::json(nullptr);
-    j["enUtilization"] = utilizationJson(r.enGoverning);
+    if (r.rules == design::Rules::En) j["libraryUtilization"] = utilizationJson(r.libraryGoverning);
+    else j["enUtilization"] = utilizationJson(r.enGoverning);
     j["departures"] = r.departures != 0 ? nlohmann::json(design::departureNames(r.departures)) : nlohmann::json(nullptr);
     j["lateralTorsionalMethod"] =
         r.memberChecked ? nlohmann::json(r.rolledMethod ? "6.3.2.3" : "6.3.2.2") : nlohmann::json(nullptr);
@@ -517,23 +527,28 @@ void requestBatchStop() { stopRequested.store(true, std::memory_order_relaxed); 
 void resetBatchStop() { stopRequested.store(false, std::memory_order_relaxed); }
 bool batchStopRequested() { return stopRequested.load(std::memory_order_relaxed); }
 
-RowResult evaluateRow(const BatchRow& row)
+RowResult evaluateRow(const BatchRow& row, design::Rules rules)
 {
     SectionCache sections;
     RowResult result;
-    evaluate(row, sections, nullptr, result);
+    evaluate(row, sections, nullptr, result, rules);
     return result;
 }
 
 struct BatchEvaluator::Impl {
     unsigned jobs = 0;
+    design::Rules rules = design::Rules::Library;
     SectionCache sections;
     // A designation spelled as before is not normalised again.
     std::unordered_map<std::string, const SectionCache::Entry*> bySpelling;
     std::vector<const SectionCache::Entry*> sectionOf;  // per row of the chunk, reused
 };
 
-BatchEvaluator::BatchEvaluator(unsigned jobs) : impl_(std::make_unique<Impl>()) { impl_->jobs = jobs; }
+BatchEvaluator::BatchEvaluator(unsigned jobs, design::Rules rules) : impl_(std::make_unique<Impl>())
+{
+    impl_->jobs = jobs;
+    impl_->rules = rules;
+}
 
 BatchEvaluator::~BatchEvaluator() = default;
 
@@ -575,7 +590,7 @@ void BatchEvaluator::run(const std::vector<BatchRow>& rows, std::vector<RowResul
             if (batchStopRequested()) return;
             for (std::size_t i = begin; i < end; ++i) {
                 try {
-                    evaluate(rows[i], sections, sectionOf[i], results[i]);
+                    evaluate(rows[i], sections, sectionOf[i], results[i], impl_->rules);
                 } catch (const std::exception& e) {
                     const auto* member = std::get_if<MemberRow>(&rows[i]);
                     results[i] = rejected(member ? member->line : 0, member ? member->id : std::string(), "",
@@ -609,19 +624,20 @@ void BatchEvaluator::run(const std::vector<BatchRow>& rows, std::vector<RowResul
     if (reporter.joinable()) reporter.join();
 }
 
-std::vector<RowResult> runBatch(const std::vector<BatchRow>& rows, unsigned jobs, bool progress)
+std::vector<RowResult> runBatch(const std::vector<BatchRow>& rows, unsigned jobs, bool progress, design::Rules rules)
 {
     std::vector<RowResult> results;
-    BatchEvaluator(jobs).run(rows, results, progress);
+    BatchEvaluator(jobs, rules).run(rows, results, progress);
     return results;
 }
 
-void writeHeader(std::ostream& out, OutputFormat format)
+void writeHeader(std::ostream& out, OutputFormat format, design::Rules rules)
 {
     if (format == OutputFormat::JsonLines) return;
     out << "id,line,status,section,steel,class,errorCode,memberErrorCode,shearBucklingErrorCode";
     for (const std::string& name : utilizationNames()) out << ',' << name;
-    out << ",governing,governingUtilization,fulfilled,verdict,reason,enUtilization,departures,field,message\n";
+    out << ",governing,governingUtilization,fulfilled,verdict,reason,"
+        << (rules == design::Rules::En ? "libraryUtilization" : "enUtilization") << ",departures,field,message\n";
 }
 
 void writeRows(std::ostream& out, const std::vector<RowResult>& results, OutputFormat format, unsigned jobs)
@@ -773,7 +789,7 @@ private:
 } // namespace
 
 void runPipeline(BatchReader& reader, std::ostream& out, OutputFormat format, unsigned jobs, std::size_t chunkRows,
-                 BatchSummary& summary, const std::function<void(std::size_t rowsDone)>& onChunk)
+                 BatchSummary& summary, const std::function<void(std::size_t rowsDone)>& onChunk, design::Rules rules)
 {
     const std::size_t utilizationCount = utilizationNames().size();
     const unsigned cores = jobs != 0 ? jobs : std::max(1u, std::thread::hardware_concurrency());
@@ -840,7 +856,7 @@ void runPipeline(BatchReader& reader, std::ostream& out, OutputFormat format, un
                             known.emplace_back(member->section, entry);
                         }
                     }
-                    evaluate(row, sections, entry, result);
+                    evaluate(row, sections, entry, result, rules);
                 } catch (const std::exception& e) {
                     const auto* member = std::get_if<MemberRow>(&row);
                     result = rejected(member ? member->line : 0, member ? member->id : std::string(), "",
@@ -879,9 +895,9 @@ void runPipeline(BatchReader& reader, std::ostream& out, OutputFormat format, un
     if (readFailure) std::rethrow_exception(readFailure);
 }
 
-void writeResults(std::ostream& out, const std::vector<RowResult>& results, OutputFormat format)
+void writeResults(std::ostream& out, const std::vector<RowResult>& results, OutputFormat format, design::Rules rules)
 {
-    writeHeader(out, format);
+    writeHeader(out, format, rules);
     writeRows(out, results, format, 0);
 }
 

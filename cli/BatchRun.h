@@ -32,13 +32,15 @@ using design::utilizationNames;
 
 // The cross-section check and, when a member request is given, the member checks of one member (line
 // and id left empty).
-RowResult evaluateChecks(const design::CrossSectionRequest& cross, const design::MemberRequest* member);
+// Under the rules given (the library's by default; the tools pass their --rules).
+RowResult evaluateChecks(const design::CrossSectionRequest& cross, const design::MemberRequest* member,
+                         design::Rules rules = design::Rules::Library);
 
 // The JSON object of one result, as `batch` writes it.
 nlohmann::json resultJson(const RowResult& result);
 
 // Evaluates one parsed row (a RowError gives a rejected result). Sections and steels are looked up here.
-RowResult evaluateRow(const BatchRow& row);
+RowResult evaluateRow(const BatchRow& row, design::Rules rules = design::Rules::Library);
 
 // A request to stop the running batch (from a signal handler: async-signal-safe), its reset and its state.
 void requestBatchStop();
@@ -49,7 +51,7 @@ bool batchStopRequested();
 // are kept for the whole run.
 class BatchEvaluator {
 public:
-    explicit BatchEvaluator(unsigned jobs);
+    explicit BatchEvaluator(unsigned jobs, design::Rules rules = design::Rules::Library);
     ~BatchEvaluator();
     BatchEvaluator(const BatchEvaluator&) = delete;
     BatchEvaluator& operator=(const BatchEvaluator&) = delete;
@@ -64,14 +66,18 @@ private:
 // Every row, on `jobs` threads (0: every core), results in input order. With progress, a bar on stderr.
 // A stop request ends the run early (the results are then incomplete). A row whose evaluation throws
 // becomes a rejected row: one row never stops the batch.
-std::vector<RowResult> runBatch(const std::vector<BatchRow>& rows, unsigned jobs, bool progress);
+std::vector<RowResult> runBatch(const std::vector<BatchRow>& rows, unsigned jobs, bool progress,
+                                design::Rules rules = design::Rules::Library);
 
 enum class OutputFormat { JsonLines, Csv };
 class BatchSummary;
 // The CSV header line (nothing for JSON Lines), then the rows; writeResults writes both.
-void writeHeader(std::ostream& out, OutputFormat format);
+// The header names the other rules' governing utilization: enUtilization under the library's rules,
+// libraryUtilization under EN rules.
+void writeHeader(std::ostream& out, OutputFormat format, design::Rules rules = design::Rules::Library);
 void writeRows(std::ostream& out, const std::vector<RowResult>& results, OutputFormat format, unsigned jobs);
-void writeResults(std::ostream& out, const std::vector<RowResult>& results, OutputFormat format);
+void writeResults(std::ostream& out, const std::vector<RowResult>& results, OutputFormat format,
+                  design::Rules rules = design::Rules::Library);
 
 // The summary of a batch, kept incrementally chunk by chunk in bounded memory: rows, fulfilled, not
 // fulfilled, not verified, rejected; the five highest utilizations with their member ids; the first five
@@ -106,7 +112,8 @@ private:
 // input stream ends it with that exception. onChunk, when given, is called on the writer's thread with
 // the rows written so far, about every chunkRows rows and at the end.
 void runPipeline(BatchReader& reader, std::ostream& out, OutputFormat format, unsigned jobs, std::size_t chunkRows,
-                 BatchSummary& summary, const std::function<void(std::size_t rowsDone)>& onChunk = {});
+                 BatchSummary& summary, const std::function<void(std::size_t rowsDone)>& onChunk = {},
+                 design::Rules rules = design::Rules::Library);
 
 // The summary and the exit code of a whole batch at once.
 std::string summarize(const std::vector<RowResult>& results);

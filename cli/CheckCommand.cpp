@@ -12,6 +12,8 @@
 
 #include <design/CrossSectionCheck.h>
 #include <design/Departures.h>
+#include <design/EnEvaluation.h>
+#include <design/MemberDesign.h>
 
 #include <KaMaterial.h>
 
@@ -30,6 +32,7 @@ struct CheckOptions {
     SteelOption steel;
     ForceOptions forces;
     StandardOptions standard;
+    RulesOption rules;
     double gammaM0 = 0.0;
     bool elastic = false;
     bool json = false;
@@ -118,6 +121,37 @@ nlohmann::json checkJson(const SDBSection& section, const KaConstrSteel& steel, 
 
 namespace {
 
+// The EN 1993-1-1 evaluation of the cross-section beside the library's check.
+RuledResult crossSectionRuled(const design::CrossSectionRequest& request, const design::CrossSectionOutcome& outcome,
+                              design::Rules rules, bool withTrace)
+{
+    design::EnEvaluation en;
+    design::EnTraces traces;
+    design::evaluateEn(request, outcome.gammaM0, nullptr, 0.0, en, withTrace ? &traces : nullptr);
+    RuledResult r;
+    r.rules = rules;
+    r.enClass = en.sectionClass;
+    r.enVerdict = en.verdict;
+    r.enLimitations = en.limitations;
+    r.enTrace = std::move(traces.crossSection);
+    const auto& names = design::utilizationNames();
+    for (std::size_t i = 0; i < 7; ++i)
+        r.checks.push_back({names[i], en.utilizations[i], outcome.results.getUtilization(design::crossSectionSummary[i])});
+    return r;
+}
+
+} // namespace
+
+nlohmann::json checkJson(const SDBSection& section, const KaConstrSteel& steel, const design::CrossSectionRequest& request,
+                         const design::CrossSectionOutcome& outcome, const design::Departures& departures,
+                         design::Rules rules)
+{
+    return ruledJson(checkJson(section, steel, request, outcome, departures),
+                     crossSectionRuled(request, outcome, rules, true), departures);
+}
+
+namespace {
+
 std::string yesNo(bool b) { return b ? "yes" : "no"; }
 
 void run(const CheckOptions& o, CommandResult& result)
@@ -136,10 +170,12 @@ void run(const CheckOptions& o, CommandResult& result)
     const ErrorCode error = init.getErrorCode();
     const design::Verdict verdict = outcome.verdict;
     const design::Departures departures = design::findDepartures(request, outcome);
+    const design::Rules rules = o.rules.resolve();
 
     if (o.json) {
-        std::cout << checkJson(*section, steel, request, outcome, departures).dump(2) << '\n';
+        std::cout << checkJson(*section, steel, request, outcome, departures, rules).dump(2) << '\n';
     } else {
+        const RuledResult ruled = crossSectionRuled(request, outcome, rules, o.trace);
         std::cout << thicknessWarnings(init.getThicknessVector());
         std::cout << "Cross-section check to EN 1993-1-1 6.2\n"
                   << "section " << section->getName() << ", steel " << steel.getName() << ", fy = "
@@ -178,15 +214,26 @@ void run(const CheckOptions& o, CommandResult& result)
                   << ", biaxial bending " << yesNo(results.getBiaxialBending()) << "\n";
         if (error != ErrorCode::NoError)
             std::cout << "error code " << static_cast<int>(error) << ": " << SteelDesign::describe(error) << "\n";
-        std::cout << departuresBlock(departures);
-        if (o.trace) std::cout << traceText(design::traceCrossSection(request, outcome)) << '\n';
-        std::cout << verdictLine(verdict, outcome.limitations);
+        std::cout << rulesBlock(rules, ruled.checks, ruled.enClass, init.getClass());
+        std::cout << departuresBlock(withEnValues(departures, ruled.checks, ruled.enClass), rules);
+        if (o.trace && rules == design::Rules::En)
+            std::cout << traceText(ruled.enTrace) << "\nthe library's calculation" << traceText(design::traceCrossSection(request, outcome)) << '\n';
+        else if (o.trace)
+            std::cout << traceText(design::traceCrossSection(request, outcome)) << "\nthe EN 1993-1-1 evaluation" << traceText(ruled.enTrace) << '\n';
+        if (rules == design::Rules::En) std::cout << verdictLine(ruled.enVerdict, ruled.enLimitations);
+        else std::cout << verdictLine(verdict, outcome.limitations);
     }
     if (!o.html.empty())
         writeMemberReport("--html", o.html, "steeldesign check " + o.name + " --steel " + steel.getName() + " (" +
                                                 describeForces(forces) + ")",
                           std::move(section), steel, {nullptr, nullptr, forces, o.gammaM0, o.elastic}, std::nullopt);
-    result.exitCode = design::exitCodeOf(verdict);
+    if (rules == design::Rules::En) {
+        design::EnEvaluation en;
+        design::evaluateEn(request, outcome.gammaM0, nullptr, 0.0, en);
+        result.exitCode = design::exitCodeOf(en.verdict);
+    } else {
+        result.exitCode = design::exitCodeOf(verdict);
+    }
 }
 
 } // namespace
@@ -201,6 +248,7 @@ void registerCheckCommand(CLI::App& app, CommandResult& result)
     sub->add_option("--gamma-m0", options->gammaM0, "partial factor gammaM0 (default: from the standard mode)")
         ->check(finiteNumber());
     options->standard.addTo(*sub);
+    options->rules.addTo(*sub);
     sub->add_flag("--elastic", options->elastic, "elastic verification: class 3 without classification");
     sub->add_flag("--json", options->json, "machine-readable output (SI units: m, kN, kNm, kN/m2)");
     sub->add_option("--html", options->html, "also write the design report of the check to this HTML file");

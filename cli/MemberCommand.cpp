@@ -16,6 +16,8 @@
 #include "MemberOptions.h"
 
 #include <design/Departures.h>
+#include <design/EnEvaluation.h>
+#include <design/MemberDesign.h>
 #include "Options.h"
 #include "Report.h"
 #include "HtmlReport.h"
@@ -184,6 +186,55 @@ nlohmann::json memberJson(const SDBSection& section, const KaConstrSteel& steel,
 
 namespace {
 
+// The EN 1993-1-1 evaluation of the member checks beside the library's.
+struct MemberRuled {
+    RuledResult ruled;
+    bool notApplicable = false;  // under EN rules: no member check applies to these actions
+};
+
+MemberRuled memberRuled(const design::MemberRequest& request, const design::MemberOutcome& outcome,
+                        design::Rules rules, bool withTrace)
+{
+    const design::CrossSectionRequest cross{request.section, request.steel, request.forces, 0.0, request.elastic};
+    design::EnEvaluation en;
+    design::EnTraces traces;
+    design::evaluateEn(cross, design::resolveGammaM0(0.0), &request, outcome.numericalMcr, en,
+                       withTrace ? &traces : nullptr);
+    MemberRuled m;
+    RuledResult& r = m.ruled;
+    r.rules = rules;
+    r.enClass = en.member.sectionClass;
+    r.enVerdict = design::memberVerdict(en.member);
+    r.enLimitations = en.member.limitations;
+    r.enTrace = std::move(traces.member);
+    const auto& names = design::utilizationNames();
+    const auto library = design::memberSummary(outcome);
+    bool any = false;
+    for (std::size_t i = 0; i < 4; ++i) {
+        r.checks.push_back({names[7 + i], en.member.utilization[i], library[i]});
+        any = any || en.member.utilization[i].hasValue();
+    }
+    m.notApplicable = !any && en.member.limitations == 0;
+    return m;
+}
+
+} // namespace
+
+nlohmann::json memberJson(const SDBSection& section, const KaConstrSteel& steel, const design::MemberRequest& request,
+                          const design::MemberOutcome& outcome, const design::Departures& departures,
+                          design::Rules rules)
+{
+    const MemberRuled m = memberRuled(request, outcome, rules, true);
+    nlohmann::json out = ruledJson(memberJson(section, steel, request, outcome, departures), m.ruled, departures);
+    if (rules == design::Rules::En && m.notApplicable) {
+        out["verdict"] = "not applicable";
+        out["fulfilled"] = nullptr;
+    }
+    return out;
+}
+
+namespace {
+
 void run(const MemberCommandOptions& options, CommandResult& result)
 {
     // Everything from outside is validated before anything is computed or printed.
@@ -211,8 +262,12 @@ void run(const MemberCommandOptions& options, CommandResult& result)
     const double eta = KaMath::isFuzzyGreater(fy, 460000.0, 1e-6) ? 1.0 : 1.2;
     const double limit = fy > 0.0 ? 72.0 * std::sqrt(235.0 / (fy / 1000.0)) / eta : 0.0;
 
+    const design::Rules rules = o.rules.resolve();
+    const MemberRuled m = memberRuled(request, outcome, rules, options.trace);
+    const RuledResult& ruled = m.ruled;
+
     if (options.json) {
-        std::cout << memberJson(*section, steel, request, outcome, departures).dump(2) << '\n';
+        std::cout << memberJson(*section, steel, request, outcome, departures, rules).dump(2) << '\n';
     } else {
         auto line = [](const std::string& name, const std::string& value, const char* unit) {
             std::cout << "  " << name << std::string(name.size() < 12 ? 12 - name.size() : 1, ' ') << value
@@ -301,11 +356,18 @@ void run(const MemberCommandOptions& options, CommandResult& result)
         if (r.getErrorCode() != ErrorCode::NoError)
             std::cout << "error code " << static_cast<int>(r.getErrorCode()) << ": "
                       << SteelDesign::describe(r.getErrorCode()) << " (the flexural checks run regardless)\n";
-        std::cout << departuresBlock(departures);
-        if (options.trace) std::cout << traceText(design::traceMember(request, outcome)) << '\n';
-        if (notApplicable)
+        std::cout << rulesBlock(rules, ruled.checks, ruled.enClass, r.getClass());
+        std::cout << departuresBlock(withEnValues(departures, ruled.checks, ruled.enClass), rules);
+        if (options.trace && rules == design::Rules::En)
+            std::cout << traceText(ruled.enTrace) << "\nthe library's calculation" << traceText(design::traceMember(request, outcome)) << '\n';
+        else if (options.trace)
+            std::cout << traceText(design::traceMember(request, outcome)) << "\nthe EN 1993-1-1 evaluation" << traceText(ruled.enTrace) << '\n';
+        const bool none = rules == design::Rules::En ? m.notApplicable : notApplicable;
+        if (none)
             std::cout << "verdict: no member check applies to these actions (the member check covers compression, "
-                         "bending about y and both together; tension alone is a cross-section check)\n";
+                         "bending and both together; tension alone is a cross-section check)\n";
+        else if (rules == design::Rules::En)
+            std::cout << verdictLine(ruled.enVerdict, ruled.enLimitations);
         else
             std::cout << verdictLine(outcome.verdict, outcome.limitations);
     }
@@ -316,7 +378,10 @@ void run(const MemberCommandOptions& options, CommandResult& result)
                           "steeldesign member " + options.name + " --steel " + steel.getName() + " (" +
                               describeForces(forces) + "): member checks and the cross-section check at the same point",
                           std::move(section), steel, {nullptr, nullptr, forces, 0.0, request.elastic}, request);
-    result.exitCode = notApplicable ? exitFulfilled : design::exitCodeOf(outcome.verdict);
+    if (rules == design::Rules::En)
+        result.exitCode = m.notApplicable ? exitFulfilled : design::exitCodeOf(ruled.enVerdict);
+    else
+        result.exitCode = notApplicable ? exitFulfilled : design::exitCodeOf(outcome.verdict);
 }
 
 } // namespace

@@ -90,8 +90,12 @@ void MemberOptions::addTo(CLI::App& app)
         ->excludes(rolled);
     app.add_flag("--torsionally-deformable", torsionallyDeformable,
                  "interaction factors of Table B.2 (members susceptible to torsional deformations)");
+    app.add_flag("--twist-restrained", twistRestrained,
+                 "the member is restrained against twist: interaction factors of Table B.1 under EN rules (Table B.2 "
+                 "wherever lateral-torsional buckling is checked otherwise)");
     app.add_flag("--cm-floor", cmFloor, "equivalent moment factors Cm of at least 0.9");
     standard.addTo(app);
+    rules.addTo(app);
 }
 
 design::BucklingLengths MemberOptions::lengths() const
@@ -133,6 +137,7 @@ design::MemberRequest MemberOptions::toRequest(SDBSection* section, KaConstrStee
                      : generalMethod ? design::LateralTorsionalMethod::General
                                      : design::LateralTorsionalMethod::Automatic;
     request.torsionallyDeformable = torsionallyDeformable;
+    request.twistRestrained = twistRestrained;
     request.cmFloor = cmFloor;
     return request;
 }

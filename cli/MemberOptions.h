@@ -28,10 +28,12 @@ struct MemberOptions {
     bool generalMethod = false;
     std::string mcrMethod = "tables";
     bool torsionallyDeformable = false;
+    bool twistRestrained = false;
     bool cmFloor = false;
+    RulesOption rules;
 
     // --length, --lcr-y, --lcr-z, --l-lt, the forces, --gamma-m1, --moments-y ... --cm-floor, --mode,
-    // --situation.
+    // --situation, --twist-restrained, --rules.
     void addTo(CLI::App& app);
     // Lcr,y, Lcr,z and LLT: each its own option, else --length; without --length, Lcr,z takes Lcr,y and
     // LLT takes Lcr,z. All zero when no length is given.

@@ -72,6 +72,21 @@ void StandardOptions::apply() const
     KaStandard::get()->setSituation(*parsedSituation);
 }
 
+void RulesOption::addTo(CLI::App& app)
+{
+    app.add_option("--rules", name,
+                   "rules of the verdict: en (EN 1993-1-1, the library's values shown beside where a rule departs) or "
+                   "library (the library's own rules)")
+        ->capture_default_str();
+}
+
+design::Rules RulesOption::resolve() const
+{
+    const auto rules = design::rulesFromName(name);
+    if (!rules) throw InputError("--rules: unknown rules '" + name + "' (allowed: " + design::rulesNames + ")");
+    return *rules;
+}
+
 std::unique_ptr<SDBSection> lookupSection(const std::string& name)
 {
     try {

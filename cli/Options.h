@@ -10,6 +10,7 @@
 #include <SteelDesign/Forces.h>
 
 #include <SDBSection.h>
+#include <design/Rules.h>
 
 #include <memory>
 #include <stdexcept>
@@ -52,6 +53,15 @@ struct StandardOptions {
     void addTo(CLI::App& app);
     // Sets the host standard; InputError on an unknown value.
     void apply() const;
+};
+
+// --rules en|library: the rules the verdict, the exit code and the governing check are decided by
+// (default en: EN 1993-1-1; library: the library's own rules, with the EN values shown beside).
+struct RulesOption {
+    std::string name = "en";
+    void addTo(CLI::App& app);
+    // The rules, or InputError naming the option and the allowed values.
+    design::Rules resolve() const;
 };
 
 // The section of a catalogue designation ("IPE 300") or of a dimension notation ("WI 1200x300x8x20");

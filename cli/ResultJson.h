@@ -7,6 +7,7 @@
 #include <design/CrossSectionCheck.h>
 #include <design/Departures.h>
 #include <design/MemberCheck.h>
+#include <design/Rules.h>
 
 #include <nlohmann/json.hpp>
 
@@ -25,10 +26,20 @@ nlohmann::json sectionJson(const SDBSection& section);
 nlohmann::json checkJson(const SDBSection& section, const KaConstrSteel& steel, const design::CrossSectionRequest& request,
                          const design::CrossSectionOutcome& outcome, const design::Departures& departures);
 
+// The same under the rules, with the EN 1993-1-1 evaluation beside the library's (Report.h ruledJson).
+nlohmann::json checkJson(const SDBSection& section, const KaConstrSteel& steel, const design::CrossSectionRequest& request,
+                         const design::CrossSectionOutcome& outcome, const design::Departures& departures,
+                         design::Rules rules);
+
 // The member checks of `member --json` ("verdict": "not applicable" when nothing needed a member check),
 // with their calculation trace.
 nlohmann::json memberJson(const SDBSection& section, const KaConstrSteel& steel, const design::MemberRequest& request,
                           const design::MemberOutcome& outcome, const design::Departures& departures);
+
+// The same under the rules, with the EN 1993-1-1 evaluation beside the library's.
+nlohmann::json memberJson(const SDBSection& section, const KaConstrSteel& steel, const design::MemberRequest& request,
+                          const design::MemberOutcome& outcome, const design::Departures& departures,
+                          design::Rules rules);
 
 // The options of `mcr`, in the command's own spelling (moments "M1,Mm,M2", stations "x:M,...", point
 // loads "x:P", lateral restraints "x" or "x@top", load height center | top | bottom | mm).

@@ -17,6 +17,38 @@ namespace design {
 // ---------------------------------------------------------------------------------------------------
 // Section properties
 
+namespace {
+
+// A tee (flange on top, stem down): the shear centre where the centre lines of flange and stem meet, at
+// the flange's mid-thickness; beta_y from the two plates (root fillets neglected, as for the I below).
+void teeSection(const SDBSectionT& tee, McrSection& s)
+{
+    const double h = tee.getH(), b = tee.getB(), tw = tee.getS(), t = tee.getT();
+    // Plates in coordinates from the top of the flange (z down): flange, stem.
+    struct Plate {
+        double b, z1, z2;
+    };
+    const std::array<Plate, 2> plates{{{b, 0.0, t}, {tw, t, h}}};
+    double A = 0.0, Sz = 0.0;
+    for (const Plate& p : plates) {
+        A += p.b * (p.z2 - p.z1);
+        Sz += p.b * (p.z2 * p.z2 - p.z1 * p.z1) / 2.0;
+    }
+    const double zc = Sz / A; // centroid below the top
+    double Iy = 0.0, J = 0.0; // J = int z (y^2 + z^2) dA about the centroid
+    for (const Plate& p : plates) {
+        const double a = p.z1 - zc, c = p.z2 - zc;
+        Iy += p.b * (c * c * c - a * a * a) / 3.0;
+        J += p.b * p.b * p.b / 12.0 * (c * c - a * a) / 2.0 + p.b * (c * c * c * c - a * a * a * a) / 4.0;
+    }
+    s.zs = t / 2.0 - zc;
+    s.betaY = J / Iy - 2.0 * s.zs;
+    s.zTop = -t / 2.0;
+    s.zBottom = h - t / 2.0;
+}
+
+} // namespace
+
 McrSection mcrSection(const SDBSection& section)
 {
     McrSection s;
@@ -25,6 +57,11 @@ McrSection mcrSection(const SDBSection& section)
     s.Iw = section.getIw();
     s.zTop = section.getZMin();
     s.zBottom = section.getZMax();
+
+    if (const auto* tee = dynamic_cast<const SDBSectionT*>(&section)) {
+        teeSection(*tee, s);
+        return s;
+    }
 
     const auto* i = dynamic_cast<const SDBSectionI*>(&section);
     if (i == nullptr || !i->getB2Set()) return s;

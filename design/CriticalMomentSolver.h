@@ -43,8 +43,9 @@ struct McrSection {
 
 // The properties of a section of the database: Iz, It and Iw as the database holds them; for an I
 // section with unequal flanges (SDBSectionI built with b2, t2) the shear centre and beta_y from its
-// plates (flanges and web, welds and fillets neglected). For any other kind the shear centre is taken at
-// the centroid and beta_y = 0 (exact for doubly symmetric kinds).
+// plates (flanges and web, welds and fillets neglected); for a tee (SDBSectionT, flange on top) the shear
+// centre at the flange's mid-thickness and beta_y from its two plates (fillets neglected). For any other
+// kind the shear centre is taken at the centroid and beta_y = 0 (exact for doubly symmetric kinds).
 McrSection mcrSection(const SDBSection& section);
 
 // Where a transverse load, or a lateral restraint, acts over the depth.

@@ -42,6 +42,14 @@ struct EnMember {
     double Cmy = 0.0, Cmz = 0.0, CmLT = 0.0, kyy = 0.0, kyz = 0.0, kzy = 0.0, kzz = 0.0, eq661 = 0.0, eq662 = 0.0;
     // Shear buckling (EN 1993-1-5 5).
     double VbRd = 0.0;
+    // Added beside the fields above: chiLT of My,Rd in (6.61) and (6.62) (1 where lateral-torsional
+    // buckling is not checked or not possible; the curve's value otherwise, see EnMember.cpp), whether
+    // the interaction took Annex B Table B.2, whether 6.3.2.2(4) let lateral-torsional buckling be
+    // ignored in memberBending (Mb,Rd = Mc,y,Rd), and the two parts of Vb,Rd (governing web direction).
+    double chiLTinteraction = 0.0;
+    bool tableB2 = false;
+    bool ltbNegligible = false;
+    double VbwRd = 0.0, VbfRd = 0.0;
 };
 
 // The EN 1993-1-1 member checks of the request. cross is the EN cross-section check of the same section

@@ -51,13 +51,7 @@ void summarize(const CrossSectionRequest& crossRequest, const CrossSectionOutcom
         r.rolledMethod = member.rolledMethod;
         r.memberErrorCode = static_cast<int>(m.getErrorCode());
         r.shearBucklingErrorCode = static_cast<int>(m.getShearBucklingErrorCode());
-        r.member[0] = largestOf(m, {BT::CompressionAxisY, BT::CompressionAxisZ, BT::Compression});
-        r.member[1] = largestOf(m, {BT::BendingAxisY, BT::BendingAxisZ, BT::Bending});
-        r.member[2] = member.limitations & InteractionNeedsRolledMethod
-                          ? m.getUtilization(BT::CompressionBendingAxisZ)
-                          : largestOf(m, {BT::CompressionBendingAxisY, BT::CompressionBendingAxisZ,
-                                          BT::CompressionBending});
-        r.member[3] = m.getUtilizationShearBuckling();
+        r.member = memberSummary(member);
         exceeded = exceeded || member.anyExceeded;
         limitations |= member.limitations;
     }
@@ -90,6 +84,19 @@ void summarize(const CrossSectionRequest& crossRequest, const CrossSectionOutcom
 
 } // namespace
 
+std::array<kat::Nullable<double>, 4> memberSummary(const MemberOutcome& member)
+{
+    const BucklingResults& m = member.results;
+    std::array<kat::Nullable<double>, 4> out;
+    out[0] = largestOf(m, {BT::CompressionAxisY, BT::CompressionAxisZ, BT::Compression});
+    out[1] = largestOf(m, {BT::BendingAxisY, BT::BendingAxisZ, BT::Bending});
+    out[2] = member.limitations & InteractionNeedsRolledMethod
+                 ? m.getUtilization(BT::CompressionBendingAxisZ)
+                 : largestOf(m, {BT::CompressionBendingAxisY, BT::CompressionBendingAxisZ, BT::CompressionBending});
+    out[3] = m.getUtilizationShearBuckling();
+    return out;
+}
+
 const std::vector<std::string>& utilizationNames()
 {
     static const std::vector<std::string> names{
@@ -111,16 +118,38 @@ std::string departureNames(std::uint32_t departures)
 }
 
 DesignSummary designMember(const CrossSectionRequest& crossRequest, const MemberRequest* memberRequest,
-                           Departures* details)
+                           Departures* details, Rules rules)
 {
     DesignSummary r;
-    designMember(crossRequest, memberRequest, r, details);
+    designMember(crossRequest, memberRequest, r, details, rules);
     return r;
 }
 
-void designMember(const CrossSectionRequest& crossRequest, const MemberRequest* memberRequest, DesignSummary& r,
-                  Departures* details)
+void applyEnRules(const EnEvaluation& en, DesignSummary& r)
 {
+    r.rules = Rules::En;
+    r.libraryVerdict = r.verdict;
+    r.libraryGoverning = r.governing.empty() ? kat::Nullable<double>() : kat::Nullable<double>(r.governingUtilization);
+    r.sectionClass = en.sectionClass;
+    for (std::size_t i = 0; i < 7; ++i) r.crossSection[i] = en.utilizations[i];
+    for (std::size_t i = 0; i < 4; ++i) r.member[i] = en.utilizations[7 + i];
+    r.limitations = en.limitations;
+    r.verdict = en.verdict;
+    r.fulfilled = r.verdict == Verdict::Fulfilled;
+    r.governing.clear();
+    r.governingUtilization = 0.0;
+    if (en.governing >= 0) {
+        r.governing = utilizationNames()[static_cast<std::size_t>(en.governing)];
+        r.governingUtilization = en.governingUtilization;
+    }
+}
+
+void designMember(const CrossSectionRequest& crossRequest, const MemberRequest* memberRequest, DesignSummary& r,
+                  Departures* details, Rules rules)
+{
+    r.rules = Rules::Library;
+    r.libraryGoverning = kat::Nullable<double>();
+    r.libraryVerdict = Verdict::NotVerified;
     r.section = crossRequest.section->getName();
     r.steel = crossRequest.steel->getName();
     // Every other field is set below or reset here: r may hold the summary of another member.
@@ -149,6 +178,11 @@ void designMember(const CrossSectionRequest& crossRequest, const MemberRequest* 
     if (!memberRequest) {
         completeCrossSection(crossRequest, cross);
         summarize(crossRequest, cross, nullptr, nullptr, r, details);
+        if (rules == Rules::En) {
+            EnEvaluation en;
+            evaluateEn(crossRequest, cross.gammaM0, nullptr, 0.0, en);
+            applyEnRules(en, r);
+        }
         return;
     }
     MemberOutcome member{shared ? cross.initializer
@@ -160,6 +194,11 @@ void designMember(const CrossSectionRequest& crossRequest, const MemberRequest* 
     completeCrossSection(crossRequest, cross);
     completeMember(*memberRequest, member);
     summarize(crossRequest, cross, memberRequest, &member, r, details);
+    if (rules == Rules::En) {
+        EnEvaluation en;
+        evaluateEn(crossRequest, cross.gammaM0, memberRequest, member.numericalMcr, en);
+        applyEnRules(en, r);
+    }
 }
 
 } // namespace design

@@ -6,7 +6,9 @@
 
 #include "CrossSectionCheck.h"
 #include "Departures.h"
+#include "EnEvaluation.h"
 #include "MemberCheck.h"
+#include "Rules.h"
 #include "Verdict.h"
 
 #include <SteelDesign/Nullable.h>
@@ -18,7 +20,13 @@
 
 namespace design {
 
+// The summary of a member's design under the rules in force. Under EN rules (the tools' default) the
+// class, the utilizations, the limitations, the verdict and the governing utilization are those of the
+// EN 1993-1-1 evaluation, and libraryGoverning / libraryVerdict hold the library's; under the library's
+// rules they are the library's, exactly as its checks give them, and enGoverning holds the largest
+// utilization with the EN value of each departure in place.
 struct DesignSummary {
+    Rules rules = Rules::Library;
     std::string section, steel;
     bool memberChecked = false;  // a member request was given
     bool rolledMethod = false;   // lateral-torsional buckling by 6.3.2.3
@@ -41,10 +49,18 @@ struct DesignSummary {
     // no departure applies).
     std::uint32_t departures = 0;
     kat::Nullable<double> enGoverning;
+    // Under EN rules: the library's governing utilization and verdict.
+    kat::Nullable<double> libraryGoverning;
+    Verdict libraryVerdict = Verdict::NotVerified;
 };
 
 // The names of the departures of a mask, joined with ";", or "".
 std::string departureNames(std::uint32_t departures);
+
+// The library's member utilizations of a member outcome, in the order of DesignSummary::member (the
+// largest flexural buckling, lateral-torsional buckling, interaction; (6.62) alone when (6.61) could not
+// be verified; shear buckling).
+std::array<kat::Nullable<double>, 4> memberSummary(const MemberOutcome& member);
 
 // The names of the utilization columns, in the order of DesignSummary::crossSection then member.
 const std::vector<std::string>& utilizationNames();
@@ -52,11 +68,15 @@ const std::vector<std::string>& utilizationNames();
 // The cross-section check and, when a member request is given, the member checks. With details, the
 // departures found are copied there too.
 DesignSummary designMember(const CrossSectionRequest& cross, const MemberRequest* member,
-                           Departures* details = nullptr);
+                           Departures* details = nullptr, Rules rules = Rules::Library);
 
 // The same into r, whose texts keep their memory (the batch reuses one summary per row slot): every field
 // of r is set.
 void designMember(const CrossSectionRequest& cross, const MemberRequest* member, DesignSummary& r,
-                  Departures* details = nullptr);
+                  Departures* details = nullptr, Rules rules = Rules::Library);
+
+// Under EN rules: the summary's verdict fields from the EN evaluation, the library's kept in
+// libraryGoverning and libraryVerdict (r holds the library's summary when called).
+void applyEnRules(const EnEvaluation& en, DesignSummary& r);
 
 } // namespace design
