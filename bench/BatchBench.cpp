@@ -52,6 +52,7 @@ void batchThroughput(benchmark::State& state)
 {
     const std::string model = repeatedModel();
     const auto format = state.range(0) == 0 ? cli::OutputFormat::Csv : cli::OutputFormat::JsonLines;
+    const auto rules = state.range(1) == 0 ? design::Rules::En : design::Rules::Library;
     std::size_t rowsDone = 0;
     for (auto _ : state) {
         std::istringstream in(model);
@@ -59,9 +60,9 @@ void batchThroughput(benchmark::State& state)
         std::ostream out(&counted);
         cli::BatchReader reader(in, cli::BatchFormat::Csv, 2);
         cli::BatchSummary summary;
-        cli::writeHeader(out, format);
+        cli::writeHeader(out, format, rules);
         static std::size_t done = 0;
-        cli::runPipeline(reader, out, format, 2, 8192, summary, [](std::size_t rows) { done = rows; });
+        cli::runPipeline(reader, out, format, 2, 8192, summary, [](std::size_t rows) { done = rows; }, rules);
         rowsDone = done;
         benchmark::DoNotOptimize(counted.bytes);
         if (rowsDone != batchRows) state.SkipWithError("rows lost");
@@ -69,7 +70,7 @@ void batchThroughput(benchmark::State& state)
     state.counters["rows_per_second"] =
         benchmark::Counter(static_cast<double>(batchRows), benchmark::Counter::kIsIterationInvariantRate);
 }
-BENCHMARK(batchThroughput)->ArgName("json")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->UseRealTime()->MinTime(2.0);
+BENCHMARK(batchThroughput)->ArgNames({"json", "rules"})->Args({0, 0})->Args({1, 0})->Args({0, 1})->Args({1, 1})->Unit(benchmark::kMillisecond)->UseRealTime()->MinTime(2.0);
 
 } // namespace
 

@@ -226,7 +226,8 @@ void run(const CheckOptions& o, CommandResult& result)
     if (!o.html.empty())
         writeMemberReport("--html", o.html, "steeldesign check " + o.name + " --steel " + steel.getName() + " (" +
                                                 describeForces(forces) + ")",
-                          std::move(section), steel, {nullptr, nullptr, forces, o.gammaM0, o.elastic}, std::nullopt);
+                          std::move(section), steel, {nullptr, nullptr, forces, o.gammaM0, o.elastic}, std::nullopt,
+                          rules);
     if (rules == design::Rules::En) {
         design::EnEvaluation en;
         design::evaluateEn(request, outcome.gammaM0, nullptr, 0.0, en);

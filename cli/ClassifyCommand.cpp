@@ -6,6 +6,8 @@
 #include "Options.h"
 #include "Report.h"
 
+#include <design/EnCrossSection.h>
+#include <design/EnEvaluation.h>
 #include <design/PlateClassification.h>
 
 #include <KaMaterial.h>
@@ -27,6 +29,7 @@ struct ClassifyOptions {
     ForceOptions forces;
     bool elastic = false;
     bool json = false;
+    RulesOption rules;
 };
 
 void run(const ClassifyOptions& o, CommandResult& result)
@@ -39,7 +42,16 @@ void run(const ClassifyOptions& o, CommandResult& result)
     const SectionInitializer init(section.get(), &steel, forces, control, false);
     const double fy = init.getFy();
     const double epsilon = fy > 0.0 ? std::sqrt(235000.0 / fy) : 0.0;
+    const design::Rules rules = o.rules.resolve();
     const auto rows = design::classifyPlates(*section, steel, forces, !o.elastic);
+    // The class by EN 1993-1-1 Table 5.2 (plastic alpha for classes 1 and 2, elastic psi for class 3, no
+    // 5.5.2(11)), with its plate lines from the EN evaluation's trace.
+    design::EnCrossSection en;
+    std::vector<design::TraceLine> enTrace;
+    design::evaluateEnCrossSection({section.get(), &steel, forces, 0.0, o.elastic}, design::resolveGammaM0(0.0), en,
+                                   &enTrace);
+    std::erase_if(enTrace, [](const design::TraceLine& t) { return t.check != "classification"; });
+    const int cls = rules == design::Rules::En ? en.sectionClass : init.getClass();
 
     if (o.json) {
         nlohmann::json parts = nlohmann::json::array();
@@ -53,7 +65,11 @@ void run(const ClassifyOptions& o, CommandResult& result)
         }
         nlohmann::json out = {{"section", section->getName()},
                               {"steel", steel.getName()},
-                              {"class", init.getClass()},
+                              {"rules", design::toString(rules)},
+                              {"class", cls},
+                              {"enClass", en.sectionClass},
+                              {"libraryClass", init.getClass()},
+                              {"enClassification", traceJson(enTrace)},
                               {"fy", fy},
                               {"epsilon", epsilon},
                               {"curveY", curveJson(init.getCompressionBucklingCurveAxisY())},
@@ -78,8 +94,13 @@ void run(const ClassifyOptions& o, CommandResult& result)
             }
             std::cout << '\n';
         }
-        std::cout << "section class: " << init.getClass()
-                  << (o.elastic ? " (elastic verification: class 3 assumed, not classified)" : "") << "\n"
+        std::cout << "the library's plates above; EN 1993-1-1 Table 5.2:" << traceText(enTrace) << '\n';
+        std::cout << "section class: " << cls
+                  << (o.elastic ? " (elastic verification: class 3 assumed, not classified)" : "");
+        if (en.sectionClass != init.getClass())
+            std::cout << (rules == design::Rules::En ? " (library: class " : " (EN 1993-1-1: class ")
+                      << (rules == design::Rules::En ? init.getClass() : en.sectionClass) << ")";
+        std::cout << (rules == design::Rules::En ? ", by EN 1993-1-1" : ", by the library's rules") << "\n"
                   << "buckling curves (Table 6.2 / 6.4): y-y " << curveText(init.getCompressionBucklingCurveAxisY())
                   << ", z-z " << curveText(init.getCompressionBucklingCurveAxisZ()) << ", lateral-torsional "
                   << curveText(init.getBendingBucklingCurve()) << "\n"
@@ -99,6 +120,7 @@ void registerClassifyCommand(CLI::App& app, CommandResult& result)
     options->forces.addTo(*sub);
     sub->add_flag("--elastic", options->elastic, "elastic verification: class 3 without classification");
     sub->add_flag("--json", options->json, "machine-readable output (SI units: m, kN/m2)");
+    options->rules.addTo(*sub);
     sub->callback([options, &result] { run(*options, result); });
 }
 

@@ -9,6 +9,7 @@
 
 #include <design/BucklingCurves.h>
 #include <design/Departures.h>
+#include <design/EnEvaluation.h>
 #include <design/InteractionCurve.h>
 #include <design/MemberDesign.h>
 #include <design/MomentDiagram.h>
@@ -28,11 +29,11 @@ using SteelDesign::Axis;
 using SteelDesign::BucklingResults;
 
 // The columns of the batch's CSV and one row's cells, as the batch writes them.
-const std::vector<std::string>& csvColumns()
+std::vector<std::string> csvColumnsOf(design::Rules rules)
 {
-    static const std::vector<std::string> columns = [] {
+    {
         std::ostringstream header;
-        writeHeader(header, OutputFormat::Csv);
+        writeHeader(header, OutputFormat::Csv, rules);
         std::vector<std::string> names;
         std::string name;
         std::istringstream in(header.str());
@@ -41,8 +42,20 @@ const std::vector<std::string>& csvColumns()
             names.push_back(name);
         }
         return names;
-    }();
-    return columns;
+    }
+}
+
+const std::vector<std::string>& csvColumns(design::Rules rules)
+{
+    static const std::vector<std::string> en = csvColumnsOf(design::Rules::En);
+    static const std::vector<std::string> library = csvColumnsOf(design::Rules::Library);
+    return rules == design::Rules::En ? en : library;
+}
+
+// The column of the other rules' governing utilization.
+const char* otherColumn(design::Rules rules)
+{
+    return rules == design::Rules::En ? "libraryUtilization" : "enUtilization";
 }
 
 std::vector<std::string> splitCsvLine(const std::string& line)
@@ -78,9 +91,9 @@ std::vector<std::string> csvCells(const RowResult& result)
     return splitCsvLine(row.str());
 }
 
-std::string cell(const std::vector<std::string>& cells, std::string_view column)
+std::string cell(const std::vector<std::string>& cells, std::string_view column, design::Rules rules)
 {
-    const auto& columns = csvColumns();
+    const auto& columns = csvColumns(rules);
     for (std::size_t i = 0; i < columns.size() && i < cells.size(); ++i)
         if (columns[i] == column) return cells[i];
     return "";
@@ -411,11 +424,14 @@ void traceTable(std::string& out, const std::vector<design::TraceLine>& lines)
     out += "</tbody></table>";
 }
 
-void departuresTable(std::string& out, const design::Departures& departures)
+void departuresTable(std::string& out, const design::Departures& departures, design::Rules rules)
 {
     if (departures.empty()) return;
-    out += "<div class=\"departures\"><h3>Departures from EN 1993-1-1</h3><p>The library's value is the verdict of "
-           "record; the value to EN 1993-1-1 stands beside it (each rule is explained under "
+    out += "<div class=\"departures\"><h3>Departures from EN 1993-1-1</h3><p>";
+    out += rules == design::Rules::En ? "The value to EN 1993-1-1 is the verdict of record; the library's stands beside it"
+                                      : "The library's value is the verdict of record; the value to EN 1993-1-1 stands "
+                                        "beside it";
+    out += " (each rule is explained under "
            "<a href=\"#departure-rules\">Departures</a> at the end).</p><table><thead><tr><th>rule</th><th>clause</th>"
            "<th>check</th><th>library</th><th>EN 1993-1-1</th></tr></thead><tbody>";
     for (const design::Departure& d : departures) {
@@ -433,11 +449,11 @@ void departuresTable(std::string& out, const design::Departures& departures)
 }
 
 // The batch's cells of the member: the utilizations, the governing one, the verdict.
-void resultsTable(std::string& out, const std::vector<std::string>& cells)
+void resultsTable(std::string& out, const std::vector<std::string>& cells, design::Rules rules)
 {
     out += "<table class=\"results\"><tbody>";
     for (const std::string& name : utilizationNames()) {
-        const std::string value = cell(cells, name);
+        const std::string value = cell(cells, name, rules);
         if (value.empty()) continue;
         out += "<tr><th>";
         appendEscaped(out, name);
@@ -445,8 +461,8 @@ void resultsTable(std::string& out, const std::vector<std::string>& cells)
         element(out, "td", attr("data-col", name), value);
         out += "</tr>";
     }
-    for (const char* name : {"governing", "governingUtilization", "verdict", "enUtilization", "departures", "reason"}) {
-        const std::string value = cell(cells, name);
+    for (const char* name : {"governing", "governingUtilization", "verdict", otherColumn(rules), "departures", "reason"}) {
+        const std::string value = cell(cells, name, rules);
         if (value.empty()) continue;
         out += "<tr><th>";
         out += name;
@@ -484,10 +500,21 @@ std::string memberSection(const ReportMember& m, std::size_t index)
         std::vector<design::TraceLine> more = design::traceMember(*m.member, *member);
         lines.insert(lines.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
     }
-    out += "<h3>Calculation</h3>";
-    traceTable(out, lines);
+    // The EN 1993-1-1 evaluation of the same member, every rule EN's: its values decide under EN rules.
+    design::EnEvaluation en;
+    design::EnTraces enTraces;
+    design::evaluateEn(m.cross, cross.gammaM0, m.member ? &*m.member : nullptr, member ? member->numericalMcr : 0.0, en,
+                       &enTraces);
+    std::vector<design::TraceLine> enLines = std::move(enTraces.crossSection);
+    enLines.insert(enLines.end(), std::make_move_iterator(enTraces.member.begin()),
+                   std::make_move_iterator(enTraces.member.end()));
+    const bool enRules = m.result.rules == design::Rules::En;
+    out += enRules ? "<h3>Calculation to EN 1993-1-1 (the verdict of record)</h3>" : "<h3>Calculation</h3>";
+    traceTable(out, enRules ? enLines : lines);
+    out += enRules ? "<h3>The library's calculation</h3>" : "<h3>The EN 1993-1-1 evaluation</h3>";
+    traceTable(out, enRules ? lines : enLines);
     out += "<div class=\"outcome\"><h3>Result</h3>";
-    resultsTable(out, cells);
+    resultsTable(out, cells, m.result.rules);
     if (m.result.limitations) {
         out += "<p class=\"not-verified\">not verified: ";
         appendEscaped(out, design::describeAll(m.result.limitations));
@@ -495,8 +522,12 @@ std::string memberSection(const ReportMember& m, std::size_t index)
     }
     out += "</div>";
     design::Departures departures;
-    design::designMember(m.cross, m.member ? &*m.member : nullptr, &departures);
-    departuresTable(out, departures);
+    const design::DesignSummary library = design::designMember(m.cross, m.member ? &*m.member : nullptr, &departures);
+    std::vector<CheckPair> checks;
+    const auto& names = utilizationNames();
+    for (std::size_t i = 0; i < 7; ++i) checks.push_back({names[i], en.utilizations[i], library.crossSection[i]});
+    for (std::size_t i = 0; i < 4; ++i) checks.push_back({names[7 + i], en.utilizations[7 + i], library.member[i]});
+    departuresTable(out, withEnValues(departures, checks, en.sectionClass), m.result.rules);
 
     out += "<div class=\"charts\"><figure>" + interactionChart(m) +
            "<figcaption>N-My interaction of the cross-section (6.2.9, without shear) and the design point</figcaption>"
@@ -606,7 +637,7 @@ std::string overviewChart(const std::vector<ReportMember>& members, const std::v
 
 ReportMember reportMember(std::size_t line, std::string id, std::shared_ptr<SDBSection> section,
                           std::shared_ptr<KaConstrSteel> steel, const design::CrossSectionRequest& cross,
-                          const std::optional<design::MemberRequest>& member)
+                          const std::optional<design::MemberRequest>& member, design::Rules rules)
 {
     ReportMember m;
     m.line = line;
@@ -621,17 +652,17 @@ ReportMember reportMember(std::size_t line, std::string id, std::shared_ptr<SDBS
         m.member->section = m.section.get();
         m.member->steel = m.steel.get();
     }
-    m.result = evaluateChecks(m.cross, m.member ? &*m.member : nullptr);
+    m.result = evaluateChecks(m.cross, m.member ? &*m.member : nullptr, rules);
     m.result.line = m.line;
     m.result.id = m.id;
     return m;
 }
 
-ReportMember reportMember(const BatchRow& row)
+ReportMember reportMember(const BatchRow& row, design::Rules rules)
 {
     ReportMember m;
     // The batch's own evaluation of the row gives the numbers of record; the report adds the details.
-    m.result = evaluateRow(row);
+    m.result = evaluateRow(row, rules);
     m.line = m.result.line;
     m.id = m.result.id;
     if (m.result.rejected) return m;
@@ -649,12 +680,14 @@ ReportMember reportMember(const BatchRow& row)
 
 void writeMemberReport(std::string_view option, const std::string& path, const std::string& model,
                        std::unique_ptr<SDBSection> section, const KaConstrSteel& steel,
-                       const design::CrossSectionRequest& cross, const std::optional<design::MemberRequest>& member)
+                       const design::CrossSectionRequest& cross, const std::optional<design::MemberRequest>& member,
+                       design::Rules rules)
 {
     const std::string id = section->getName();
     std::vector<ReportMember> members{reportMember(1, id, std::shared_ptr<SDBSection>(std::move(section)),
-                                                   std::make_shared<KaConstrSteel>(steel), cross, member)};
+                                                   std::make_shared<KaConstrSteel>(steel), cross, member, rules)};
     ReportHeader header;
+    header.rules = rules;
     header.model = model;
     header.date = todayText();
     std::ostringstream page;
@@ -723,7 +756,7 @@ void writeReport(std::ostream& out, const ReportHeader& header, const std::vecto
         appendEscaped(page, members[i].id);
         page += "</a> ";
         appendEscaped(page, r.section + ": " + (r.governing.empty() ? "-" : r.governing) + " " +
-                                cell(csvCells(r), "governingUtilization") + ", " + verdictText(r));
+                                cell(csvCells(r), "governingUtilization", r.rules) + ", " + verdictText(r));
         page += "</li>";
         ++listed;
     }
@@ -735,18 +768,18 @@ void writeReport(std::ostream& out, const ReportHeader& header, const std::vecto
 
     page += "<section id=\"table\"><h2>Members</h2><input id=\"filter\" type=\"search\" placeholder=\"filter\" hidden>"
             "<table id=\"members\"><thead><tr><th>id</th><th>line</th><th>section</th><th>steel</th><th>class</th>"
-            "<th>governing</th><th>governingUtilization</th><th>verdict</th><th>enUtilization</th><th>departures</th>"
-            "</tr></thead><tbody>";
+            "<th>governing</th><th>governingUtilization</th><th>verdict</th><th>" +
+            std::string(otherColumn(header.rules)) + "</th><th>departures</th></tr></thead><tbody>";
     for (std::size_t i = 0; i < members.size(); ++i) {
         const std::vector<std::string> cells = csvCells(members[i].result);
         page += "<tr " + attr("data-member", members[i].id) + "><td class=\"id\"><a " + attr("href", "#" + anchorOf(i)) + '>';
         appendEscaped(page, members[i].id);
         page += "</a></td>";
         for (const char* name : {"line", "section", "steel", "class", "governing", "governingUtilization", "verdict",
-                                 "enUtilization", "departures"}) {
+                                 otherColumn(header.rules), "departures"}) {
             std::string css = attr("data-col", name);
             if (std::string_view(name) == "verdict") css += " class=\"" + verdictClass(members[i].result) + '"';
-            element(page, "td", css, cell(cells, name));
+            element(page, "td", css, cell(cells, name, header.rules));
         }
         page += "</tr>";
     }

@@ -16,6 +16,7 @@
 
 #include <design/CrossSectionCheck.h>
 #include <design/MemberCheck.h>
+#include <design/Rules.h>
 
 #include <KaMaterial.h>
 #include <SDBSection.h>
@@ -44,15 +45,17 @@ struct ReportMember {
 // A member from its requests (the section and steel already resolved): evaluated as a batch row is.
 ReportMember reportMember(std::size_t line, std::string id, std::shared_ptr<SDBSection> section,
                           std::shared_ptr<KaConstrSteel> steel, const design::CrossSectionRequest& cross,
-                          const std::optional<design::MemberRequest>& member);
+                          const std::optional<design::MemberRequest>& member,
+                          design::Rules rules = design::Rules::Library);
 
 // The batch row as a report member (a row the batch rejects stays rejected, with its reason).
-ReportMember reportMember(const BatchRow& row);
+ReportMember reportMember(const BatchRow& row, design::Rules rules = design::Rules::Library);
 
 struct ReportHeader {
     std::string title = "Steel member design to EN 1993-1-1";
     std::string model;  // the input file, or the command
     std::string date;   // "2026-11-24"
+    design::Rules rules = design::Rules::Library;  // the rules the members were evaluated under
 };
 
 // The whole page; the member sections are rendered on `jobs` threads (0: every core), in input order.
@@ -63,7 +66,8 @@ void writeReport(std::ostream& out, const ReportHeader& header, const std::vecto
 // command; InputError naming the option when the file cannot be written.
 void writeMemberReport(std::string_view option, const std::string& path, const std::string& model,
                        std::unique_ptr<SDBSection> section, const KaConstrSteel& steel,
-                       const design::CrossSectionRequest& cross, const std::optional<design::MemberRequest>& member);
+                       const design::CrossSectionRequest& cross, const std::optional<design::MemberRequest>& member,
+                       design::Rules rules = design::Rules::Library);
 
 // Today's date as yyyy-mm-dd (local time).
 std::string todayText();

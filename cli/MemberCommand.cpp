@@ -377,7 +377,7 @@ void run(const MemberCommandOptions& options, CommandResult& result)
         writeMemberReport("--html", options.html,
                           "steeldesign member " + options.name + " --steel " + steel.getName() + " (" +
                               describeForces(forces) + "): member checks and the cross-section check at the same point",
-                          std::move(section), steel, {nullptr, nullptr, forces, 0.0, request.elastic}, request);
+                          std::move(section), steel, {nullptr, nullptr, forces, 0.0, request.elastic}, request, rules);
     if (rules == design::Rules::En)
         result.exitCode = m.notApplicable ? exitFulfilled : design::exitCodeOf(ruled.enVerdict);
     else

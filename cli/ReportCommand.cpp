@@ -27,11 +27,13 @@ struct ReportOptions {
     std::string file, out, title;
     unsigned jobs = 0;
     StandardOptions standard;
+    RulesOption rules;
 };
 
 void run(const ReportOptions& o, CommandResult& result)
 {
     o.standard.apply();
+    const design::Rules rules = o.rules.resolve();
     checkOutputPath("--out", o.out, o.file);
     checkInputFile("report", o.file);
     std::ifstream file;
@@ -51,13 +53,14 @@ void run(const ReportOptions& o, CommandResult& result)
     std::vector<ReportMember> members(rows.size());
     std::vector<RowResult> results(rows.size());
     for (std::size_t i = 0; i < rows.size(); ++i) {
-        members[i] = reportMember(rows[i]);
+        members[i] = reportMember(rows[i], rules);
         results[i] = members[i].result;
     }
     ReportHeader header;
     if (!o.title.empty()) header.title = o.title;
     header.model = o.file == "-" ? std::string("standard input") : std::filesystem::path(o.file).filename().string();
     header.date = todayText();
+    header.rules = rules;
     std::ostringstream page;
     writeReport(page, header, members, o.jobs);
     if (o.out == "-") {
@@ -83,6 +86,7 @@ void registerReportCommand(CLI::App& app, CommandResult& result)
     sub->add_option("--title", options->title, "the title of the report");
     sub->add_option("--jobs", options->jobs, "worker threads (default: every core)")->check(CLI::Range(1u, 256u));
     options->standard.addTo(*sub);
+    options->rules.addTo(*sub);
     sub->callback([options, &result] { run(*options, result); });
 }
 

@@ -9,7 +9,6 @@
 #include "Options.h"
 #include "Report.h"
 
-#include <KaMath.h>
 #include <SectionCatalogue.h>
 
 #include <algorithm>
@@ -22,7 +21,7 @@ namespace {
 
 struct SelectOptions {
     std::string family;
-    std::string by = "library";
+    std::string by;  // the older spelling of --rules: library or en
     SteelOption steel;
     MemberOptions member;
     double gammaM0 = 0.0;
@@ -63,29 +62,22 @@ void printCandidate(const char* title, const Candidate& c)
     for (std::size_t i = 0; i < r.member.size(); ++i) line(names[r.crossSection.size() + i], r.member[i]);
     std::cout << "  governing: " << (r.governing.empty() ? "-" : r.governing + " " + number(r.governingUtilization, 3))
               << ", " << design::toString(r.verdict) << "\n";
-    if (r.departures != 0)
+    if (r.rules == design::Rules::En && r.libraryGoverning)
+        std::cout << "  the library's rules: " << number(r.libraryGoverning.value(), 3) << ", "
+                  << design::toString(r.libraryVerdict)
+                  << (r.departures != 0 ? " (" + design::departureNames(r.departures) + ")" : std::string()) << "\n";
+    else if (r.departures != 0)
         std::cout << "  EN 1993-1-1 where the library departs: " << (r.enGoverning ? number(r.enGoverning.value(), 3) : "-")
                   << " (" << design::departureNames(r.departures) << ")\n";
 }
 
-// By EN 1993-1-1: the largest utilization with the EN values of the departures is at most 1.0, and
-// nothing is left unverified that an EN value does not cover.
-bool passesByEn(const RowResult& r)
-{
-    using namespace design;
-    auto departed = [&](DepartureRule rule) { return (r.departures & (1u << static_cast<unsigned>(rule))) != 0; };
-    std::uint32_t open = r.limitations;
-    if (departed(DepartureRule::Class4GrossSection)) open &= ~static_cast<std::uint32_t>(Class4);
-    if (departed(DepartureRule::HollowSectionUnderN)) open &= ~static_cast<std::uint32_t>(CrossSectionNotSupported);
-    if (departed(DepartureRule::InteractionGeneralMethod))
-        open &= ~static_cast<std::uint32_t>(InteractionNeedsRolledMethod);
-    if (departed(DepartureRule::NoStressClass4)) open &= ~static_cast<std::uint32_t>(Class4);
-    return open == 0 && r.enGoverning.hasValue() && KaMath::isFuzzySmallerEqual(r.enGoverning.value(), 1.0, KaMath::getEpsReal());
-}
-
 void run(const SelectOptions& o, CommandResult& result)
 {
-    if (o.by != "library" && o.by != "en") throw InputError("--by: '" + o.by + "' is not one of library, en");
+    if (!o.by.empty() && o.by != "library" && o.by != "en")
+        throw InputError("--by: '" + o.by + "' is not one of library, en");
+    // --by, where given, names the rules as --rules does.
+    const design::Rules rules = o.by.empty() ? o.member.rules.resolve()
+                                             : (o.by == "en" ? design::Rules::En : design::Rules::Library);
     const std::vector<std::string> names = SDBCatalogue::names(o.family);
     if (names.empty()) {
         std::string known;
@@ -105,8 +97,8 @@ void run(const SelectOptions& o, CommandResult& result)
         SDBSection* section = candidates[i].section.get();
         const design::MemberRequest member = o.member.toRequest(section, &steel);
         const design::CrossSectionRequest cross{section, &steel, member.forces, o.gammaM0, false};
-        candidates[i].result = evaluateChecks(cross, o.member.memberChecked() ? &member : nullptr);
-        if (o.by == "en" ? passesByEn(candidates[i].result) : candidates[i].result.fulfilled) {
+        candidates[i].result = evaluateChecks(cross, o.member.memberChecked() ? &member : nullptr, rules);
+        if (candidates[i].result.fulfilled) {
             selected = i;
             break;
         }
@@ -116,7 +108,8 @@ void run(const SelectOptions& o, CommandResult& result)
     const Candidate* lighter = found && selected > 0 ? &candidates[selected - 1] : nullptr;
     if (o.json) {
         nlohmann::json out = {{"family", o.family},
-                              {"by", o.by},
+                              {"by", rules == design::Rules::En ? "en" : "library"},
+                              {"rules", design::toString(rules)},
                               {"steel", steel.getName()},
                               {"memberChecked", o.member.memberChecked()},
                               {"selected", found ? candidateJson(candidates[selected]) : nlohmann::json(nullptr)},
@@ -159,9 +152,7 @@ void registerSelectCommand(CLI::App& app, CommandResult& result)
     options->member.addTo(*sub);
     sub->add_option("--gamma-m0", options->gammaM0, "partial factor gammaM0 (default: from the standard mode)")
         ->check(finiteNumber());
-    sub->add_option("--by", options->by,
-                    "library: the library's verdict; en: the EN 1993-1-1 values where the library departs from them")
-        ->capture_default_str();
+    sub->add_option("--by", options->by, "the rules of the selection, as --rules (library or en)");
     sub->add_flag("--json", options->json, "machine-readable output (SI units: m, kN, kNm, kN/m2)");
     sub->callback([options, &result] { run(*options, result); });
 }

@@ -95,8 +95,9 @@ py::object section(const std::string& name) { return toPython(cli::sectionJson(*
 
 py::object check(const std::string& name, const std::string& steelGrade, double N, double My, double Mz, double Mt,
                  double Vy, double Vz, double gammaM0, bool elastic, const std::string& mode,
-                 const std::string& situation)
+                 const std::string& situation, const std::string& rulesName)
 {
+    const design::Rules rules = cli::RulesOption{rulesName}.resolve();
     auto section = cli::lookupSection(name);
     KaConstrSteel steel = cli::SteelOption{steelGrade}.resolve();
     cli::StandardOptions{mode, situation}.apply();
@@ -104,7 +105,7 @@ py::object check(const std::string& name, const std::string& steelGrade, double 
     const design::CrossSectionRequest request{section.get(), &steel, forcesOf(N, My, Mz, Mt, Vy, Vz).toForces(),
                                               gammaM0, elastic};
     const design::CrossSectionOutcome outcome = design::evaluateCrossSection(request);
-    return toPython(cli::checkJson(*section, steel, request, outcome, design::findDepartures(request, outcome)));
+    return toPython(cli::checkJson(*section, steel, request, outcome, design::findDepartures(request, outcome), rules));
 }
 
 std::string momentsText(const char* name, const std::optional<std::vector<double>>& values)
@@ -128,8 +129,10 @@ py::object member(const std::string& name, const std::string& steelGrade, double
                   const std::optional<std::vector<double>>& momentsZ, const std::string& diagramZ,
                   std::optional<double> maxMoment, const std::string& loadPoint, double mcr, double cTheta,
                   double shearPanel, std::optional<bool> rolledMethod, const std::string& mcrMethod,
-                  bool torsionallyDeformable, bool cmFloor, const std::string& mode, const std::string& situation)
+                  bool torsionallyDeformable, bool twistRestrained, bool cmFloor, const std::string& mode,
+                  const std::string& situation, const std::string& rulesName)
 {
+    const design::Rules rules = cli::RulesOption{rulesName}.resolve();
     auto section = cli::lookupSection(name);
     KaConstrSteel steel = cli::SteelOption{steelGrade}.resolve();
     cli::MemberOptions o;
@@ -153,12 +156,14 @@ py::object member(const std::string& name, const std::string& steelGrade, double
     o.generalMethod = rolledMethod.has_value() && !*rolledMethod;
     o.mcrMethod = mcrMethod;
     o.torsionallyDeformable = torsionallyDeformable;
+    o.twistRestrained = twistRestrained;
     o.cmFloor = cmFloor;
     if (!o.memberChecked())
         throw py::value_error("length: a positive buckling length is needed (length, or lcr_y / lcr_z / l_lt)");
     const design::MemberRequest request = o.toRequest(section.get(), &steel);
     const design::MemberOutcome outcome = design::evaluateMember(request);
-    return toPython(cli::memberJson(*section, steel, request, outcome, design::findDepartures(request, outcome)));
+    return toPython(
+        cli::memberJson(*section, steel, request, outcome, design::findDepartures(request, outcome), rules));
 }
 
 // Pairs (x, value) as "x:value,x:value" (or one pair per item of the list).
@@ -308,12 +313,12 @@ std::string batchText(const py::dict& columns, std::size_t rows)
 // Runs the rows of a batch text through the batch's reader and evaluator, chunk by chunk, handing each
 // chunk's results (and the index of its first row) to `take`.
 template <typename Take>
-void runBatchText(std::string text, unsigned jobs, Take take)
+void runBatchText(std::string text, unsigned jobs, design::Rules rules, Take take)
 {
     cli::StandardOptions{}.apply();  // the batch's standard: EN, persistent situation
     std::istringstream in(std::move(text));
     cli::BatchReader reader(in, cli::BatchFormat::Csv, jobs);
-    cli::BatchEvaluator evaluator(jobs);
+    cli::BatchEvaluator evaluator(jobs, rules);
     std::vector<cli::BatchRow> chunk;
     std::vector<cli::RowResult> results;
     std::size_t first = 0;
@@ -338,8 +343,11 @@ double asWritten(double value)
 // The result columns of the batch's CSV output (without `line`) as NumPy arrays, the same values that the
 // CSV read back gives: numbers as float64 (NaN for an empty cell), texts as objects (NaN for an empty
 // cell), `fulfilled` as two bool arrays (values and missing).
-py::dict evaluateColumnsToArrays(const py::dict& columns, std::size_t rows, unsigned jobs)
+// The last number column is the other rules' governing utilization: enUtilization under the library's
+// rules, libraryUtilization under EN rules.
+py::dict evaluateColumnsToArrays(const py::dict& columns, std::size_t rows, unsigned jobs, const std::string& rulesName)
 {
+    const design::Rules rules = cli::RulesOption{rulesName}.resolve();
     static const char* const numberNames[] = {
         "class", "errorCode", "memberErrorCode", "shearBucklingErrorCode", "Axial", "Torsion", "Bending", "Shear",
         "AxialBending", "ShearBending", "AxialShearBending", "memberCompression", "memberBending",
@@ -363,7 +371,7 @@ py::dict evaluateColumnsToArrays(const py::dict& columns, std::size_t rows, unsi
             if (added) table.push_back(s);
             return it->second;
         };
-        runBatchText(std::move(text), jobs, [&](const std::vector<cli::RowResult>& results, std::size_t first) {
+        runBatchText(std::move(text), jobs, rules, [&](const std::vector<cli::RowResult>& results, std::size_t first) {
             for (std::size_t k = 0; k < results.size(); ++k) {
                 const cli::RowResult& r = results[k];
                 const std::size_t i = first + k;
@@ -387,15 +395,18 @@ py::dict evaluateColumnsToArrays(const py::dict& columns, std::size_t rows, unsi
                 for (std::size_t c = 0; c < 4; ++c)
                     if (r.member[c]) numbers[11 + c][i] = asWritten(r.member[c].value());
                 if (!r.governing.empty()) numbers[15][i] = asWritten(r.governingUtilization);
-                if (r.enGoverning) numbers[16][i] = asWritten(r.enGoverning.value());
+                const kat::Nullable<double>& other = rules == design::Rules::En ? r.libraryGoverning : r.enGoverning;
+                if (other) numbers[16][i] = asWritten(other.value());
                 fulfilled[i] = r.fulfilled;
                 missing[i] = 0;
             }
         });
     }
     py::dict out;
-    for (std::size_t c = 0; c < numberCount; ++c)
-        out[numberNames[c]] = py::array_t<double>(static_cast<py::ssize_t>(rows), numbers[c].data());
+    for (std::size_t c = 0; c < numberCount; ++c) {
+        const char* name = c == numberCount - 1 && rules == design::Rules::En ? "libraryUtilization" : numberNames[c];
+        out[name] = py::array_t<double>(static_cast<py::ssize_t>(rows), numbers[c].data());
+    }
     std::vector<py::object> strings;
     strings.reserve(table.size());
     const py::object nan = py::float_(std::nan(""));
@@ -447,7 +458,8 @@ PYBIND11_MODULE(_core, m)
     m.def("check", &check, py::arg("section"), py::arg("steel") = "S355", py::kw_only(), py::arg("N") = 0.0,
           py::arg("My") = 0.0, py::arg("Mz") = 0.0, py::arg("Mt") = 0.0, py::arg("Vy") = 0.0, py::arg("Vz") = 0.0,
           py::arg("gamma_m0") = 0.0, py::arg("elastic") = false, py::arg("mode") = "EN",
-          py::arg("situation") = "persistent", "The cross-section check, as `steeldesign check --json`.");
+          py::arg("situation") = "persistent", py::arg("rules") = "en",
+          "The cross-section check, as `steeldesign check --json`.");
     m.def("member", &member, py::arg("section"), py::arg("steel") = "S355", py::kw_only(), py::arg("N") = 0.0,
           py::arg("My") = 0.0, py::arg("Mz") = 0.0, py::arg("Mt") = 0.0, py::arg("Vy") = 0.0, py::arg("Vz") = 0.0,
           py::arg("length") = py::none(), py::arg("lcr_y") = py::none(), py::arg("lcr_z") = py::none(),
@@ -455,8 +467,9 @@ PYBIND11_MODULE(_core, m)
           py::arg("diagram_y") = "polygonal", py::arg("moments_z") = py::none(), py::arg("diagram_z") = "polygonal",
           py::arg("max_moment") = py::none(), py::arg("load_point") = "center", py::arg("mcr") = 0.0,
           py::arg("c_theta") = 0.0, py::arg("shear_panel") = 0.0, py::arg("rolled_method") = py::none(),
-          py::arg("mcr_method") = "tables", py::arg("torsionally_deformable") = false, py::arg("cm_floor") = false,
-          py::arg("mode") = "EN", py::arg("situation") = "persistent",
+          py::arg("mcr_method") = "tables", py::arg("torsionally_deformable") = false,
+          py::arg("twist_restrained") = false, py::arg("cm_floor") = false, py::arg("mode") = "EN",
+          py::arg("situation") = "persistent", py::arg("rules") = "en",
           "The member checks, as `steeldesign member --json`.");
     m.def("mcr", &mcr, py::arg("section"), py::kw_only(), py::arg("length"), py::arg("moments_y") = py::none(),
           py::arg("diagram_y") = "polygonal", py::arg("stations") = std::vector<std::pair<double, double>>{},
@@ -466,5 +479,5 @@ PYBIND11_MODULE(_core, m)
           py::arg("start") = "fork", py::arg("end") = "fork", py::arg("c_theta") = 0.0, py::arg("elements") = 30,
           "The elastic critical moment by finite elements, as `steeldesign mcr --json`.");
     m.def("evaluate_columns_to_arrays", &evaluateColumnsToArrays, py::arg("columns"), py::arg("rows"),
-          py::arg("jobs") = 0, "The batch's result columns for a dict of columns of batch rows, as NumPy arrays.");
+          py::arg("jobs") = 0, py::arg("rules") = "en", "The batch's result columns for a dict of columns of batch rows, as NumPy arrays.");
 }

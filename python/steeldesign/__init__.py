@@ -120,16 +120,32 @@ RESULT_COLUMNS = {
 }
 
 
+def result_columns(rules="en"):
+    """The result columns and their dtypes under the rules: the other rules' governing utilization is
+    `libraryUtilization` under EN rules (the default) and `enUtilization` under the library's."""
+    _check_rules(rules)
+    if rules == "library":
+        return dict(RESULT_COLUMNS)
+    return {("libraryUtilization" if name == "enUtilization" else name): kind for name, kind in RESULT_COLUMNS.items()}
+
+
+def _check_rules(rules):
+    if rules not in ("en", "library"):
+        raise ValueError(f"rules: unknown rules {rules!r} (allowed: en, library)")
+
+
 def read_results(text):
     """A result frame from the batch's CSV output (text or a file), with the dtypes of RESULT_COLUMNS."""
     source = io.StringIO(text) if isinstance(text, str) else text
     dtypes = {name: (str if kind is _TEXT else kind) for name, kind in RESULT_COLUMNS.items()}
+    dtypes["libraryUtilization"] = "float64"
     dtypes["line"] = "int64"
     frame = pd.read_csv(source, dtype=dtypes, keep_default_na=False, na_values=[""], float_precision="round_trip")
     return frame
 
 
-def _frame(df, jobs, member_checks):
+def _frame(df, jobs, member_checks, rules):
+    _check_rules(rules)
     if not isinstance(df, pd.DataFrame):
         raise ValueError(f"df: a pandas DataFrame is needed, got {type(df).__name__}")
     columns = {}
@@ -141,9 +157,9 @@ def _frame(df, jobs, member_checks):
         for name in ("lengthY", "lengthZ", "lengthLT"):
             columns.pop(name, None)
         columns["length"] = np.zeros(len(df))
-    arrays = _core.evaluate_columns_to_arrays(columns, len(df), jobs)
+    arrays = _core.evaluate_columns_to_arrays(columns, len(df), jobs, rules)
     data = {}
-    for name, kind in RESULT_COLUMNS.items():
+    for name, kind in result_columns(rules).items():
         if name == "fulfilled":
             data[name] = pd.arrays.BooleanArray(arrays["fulfilled"], arrays["fulfilledMissing"])
         else:
@@ -151,12 +167,13 @@ def _frame(df, jobs, member_checks):
     return pd.DataFrame(data, index=df.index)
 
 
-def member_frame(df, jobs=0):
+def member_frame(df, jobs=0, rules="en"):
     """Every row of df (the columns of `steeldesign batch`) checked as the batch checks it: a frame of
-    the batch's result columns with df's index. Evaluated in C++ on `jobs` threads (0: every core)."""
-    return _frame(df, jobs, True)
+    the batch's result columns with df's index. Evaluated in C++ on `jobs` threads (0: every core).
+    rules: "en" (verdicts by EN 1993-1-1, the default) or "library" (the library's own rules)."""
+    return _frame(df, jobs, True, rules)
 
 
-def check_frame(df, jobs=0):
+def check_frame(df, jobs=0, rules="en"):
     """The cross-section checks alone of every row of df (its lengths are not used)."""
-    return _frame(df, jobs, False)
+    return _frame(df, jobs, False, rules)
