@@ -28,16 +28,17 @@ const char* const knownColumns[] = {"id",       "section",  "steel",      "N",  
                                     "MzMid",    "MzEnd",    "diagramZ",   "loadPoint",  "maxMoment",
                                     "mcr",      "cTheta",   "shearPanel", "gammaM0",    "gammaM1",
                                     "rolledMethod", "torsionallyDeformable", "cmFloor", "elastic",
-                                    "lengthY",  "lengthZ",  "lengthLT", "mcrMethod"};
+                                    "lengthY",  "lengthZ",  "lengthLT", "mcrMethod", "twistRestrained"};
 constexpr std::size_t columnCount = std::size(knownColumns);
 
 // The known columns by their index in knownColumns.
 enum Column : std::size_t {
     cId, cSection, cSteel, cN, cMy, cMz, cMt, cVy, cVz, cLength, cMyStart, cMyMid, cMyEnd, cDiagramY, cMzStart,
     cMzMid, cMzEnd, cDiagramZ, cLoadPoint, cMaxMoment, cMcr, cCTheta, cShearPanel, cGammaM0, cGammaM1,
-    cRolledMethod, cTorsionallyDeformable, cCmFloor, cElastic, cLengthY, cLengthZ, cLengthLT, cMcrMethod
+    cRolledMethod, cTorsionallyDeformable, cCmFloor, cElastic, cLengthY, cLengthZ, cLengthLT, cMcrMethod,
+    cTwistRestrained
 };
-static_assert(cMcrMethod + 1 == columnCount);
+static_assert(cTwistRestrained + 1 == columnCount);
 
 // The index of a known column name, or columnCount. Every key of every JSON line comes here: the names
 // are grouped by length, so that a name is compared only with the few of its own length.
@@ -299,6 +300,7 @@ void parseRow(const CellViews& cells, std::size_t line, BatchRow& out)
         if (row.mcr && *row.mcr != 0.0 && row.mcrMethod == "numerical")
             r.fail(cMcrMethod, "numerical computes Mcr; it cannot be combined with a given mcr");
         row.torsionallyDeformable = r.flag(cTorsionallyDeformable);
+        row.twistRestrained = r.flag(cTwistRestrained);
         row.cmFloor = r.flag(cCmFloor);
         row.elastic = r.flag(cElastic);
     } catch (RowError& e) {
@@ -406,7 +408,7 @@ bool isNumberColumn(std::size_t column)
 {
     switch (column) {
     case cId: case cSection: case cSteel: case cDiagramY: case cDiagramZ: case cLoadPoint: case cRolledMethod:
-    case cTorsionallyDeformable: case cCmFloor: case cElastic: case cMcrMethod:
+    case cTorsionallyDeformable: case cCmFloor: case cElastic: case cMcrMethod: case cTwistRestrained:
         return false;
     default:
         return true;

@@ -16,6 +16,7 @@
 //   rolledMethod                               optional boolean: true 6.3.2.3, false 6.3.2.2, empty: 6.3.2.3
 //                                              for I sections, 6.3.2.2 for the other kinds
 //   torsionallyDeformable, cmFloor, elastic    optional booleans (true/false, yes/no, 1/0)
+//   twistRestrained                         optional boolean: restrained against twist (Table B.1 under EN rules)
 //   mcrMethod                                  tables | numerical (default tables)
 //
 // An empty cell (or a JSON null) of an optional column takes its default; of a required one it rejects
@@ -43,7 +44,7 @@ struct MemberRow {
     std::optional<double> maxMoment, mcr, cTheta, shearPanel, gammaM0, gammaM1;
     std::optional<bool> rolledMethod;  // empty: chosen by the section kind
     std::string mcrMethod = "tables";
-    bool torsionallyDeformable = false, cmFloor = false, elastic = false;
+    bool torsionallyDeformable = false, twistRestrained = false, cmFloor = false, elastic = false;
 };
 
 // A row that cannot be checked: its line, its id when known, the field and what is wrong.

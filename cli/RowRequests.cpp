@@ -51,6 +51,7 @@ RowRequests rowRequests(const MemberRow& row, SDBSection* section, KaConstrSteel
                     : *row.rolledMethod ? design::LateralTorsionalMethod::Rolled
                                         : design::LateralTorsionalMethod::General;
     member.torsionallyDeformable = row.torsionallyDeformable;
+    member.twistRestrained = row.twistRestrained;
     member.cmFloor = row.cmFloor;
     member.elastic = row.elastic;
     member.mcrMethod = spells(row.mcrMethod, "numerical") ? design::McrMethod::Numerical : design::McrMethod::Tables;

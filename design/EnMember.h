@@ -43,10 +43,12 @@ struct EnMember {
     // Shear buckling (EN 1993-1-5 5).
     double VbRd = 0.0;
     // Added beside the fields above: chiLT of My,Rd in (6.61) and (6.62) (1 where lateral-torsional
-    // buckling is not checked or not possible; the curve's value otherwise, see EnMember.cpp), whether
+    // buckling is not checked or not possible; the curve's value otherwise, see EnMember.cpp), ny and nz
+    // of the interaction (chiY and chiZ above are those of memberCompression, with 6.3.1.2(4)), whether
     // the interaction took Annex B Table B.2, whether 6.3.2.2(4) let lateral-torsional buckling be
     // ignored in memberBending (Mb,Rd = Mc,y,Rd), and the two parts of Vb,Rd (governing web direction).
     double chiLTinteraction = 0.0;
+    double ny = 0.0, nz = 0.0;  // NEd / (chi NRk / gammaM1) of (6.61), (6.62), chi of the curve (6.49)
     bool tableB2 = false;
     bool ltbNegligible = false;
     double VbwRd = 0.0, VbfRd = 0.0;

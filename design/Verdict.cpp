@@ -57,6 +57,9 @@ const char* describe(Limitation limitation)
     case LateralTorsionalNotCovered:
         return "lateral-torsional buckling of this section kind needs its critical moment about the principal axes "
                "(angles and Z sections), which the checks do not compute";
+    case TorsionalFlexuralNotChecked:
+        return "torsional and torsional-flexural buckling (6.3.1.4) of a section whose shear centre lies off its "
+               "centroid (tee, channel, angle, Z, unequal flanges) is not checked; only flexural buckling is";
     }
     return "";
 }

@@ -53,9 +53,13 @@ enum Limitation : std::uint32_t {
     // EN 1993-1-1 evaluation: lateral-torsional buckling of a section kind whose critical moment is outside
     // our scope (angles and Z sections: bending about axes that are not principal).
     LateralTorsionalNotCovered = 1u << 11,
+    // EN 1993-1-1 evaluation: compression of a section whose shear centre lies off its centroid (tees,
+    // channels, angles, Z sections, I sections with unequal flanges): torsional and torsional-flexural
+    // buckling (6.3.1.4) may govern and is not checked.
+    TorsionalFlexuralNotChecked = 1u << 12,
 };
 
-inline constexpr std::uint32_t limitationCount = 12;
+inline constexpr std::uint32_t limitationCount = 13;
 
 // "not verified: class 4 needs effective section properties" without the prefix: the reason of one flag.
 const char* describe(Limitation limitation);
