@@ -509,10 +509,9 @@ std::string memberSection(const ReportMember& m, std::size_t index)
     enLines.insert(enLines.end(), std::make_move_iterator(enTraces.member.begin()),
                    std::make_move_iterator(enTraces.member.end()));
     const bool enRules = m.result.rules == design::Rules::En;
+    // The calculation of the rules in force; the other rules' values stand in the departures below.
     out += enRules ? "<h3>Calculation to EN 1993-1-1 (the verdict of record)</h3>" : "<h3>Calculation</h3>";
     traceTable(out, enRules ? enLines : lines);
-    out += enRules ? "<h3>The library's calculation</h3>" : "<h3>The EN 1993-1-1 evaluation</h3>";
-    traceTable(out, enRules ? lines : enLines);
     out += "<div class=\"outcome\"><h3>Result</h3>";
     resultsTable(out, cells, m.result.rules);
     if (m.result.limitations) {

@@ -32,6 +32,14 @@ struct EnCrossSection {
     double NcRd = 0.0;             // (6.10) classes 1 to 3, Aeff fy / gammaM0 (6.11) class 4
     double McyRd = 0.0, MczRd = 0.0;  // (6.13) to (6.15): Wpl, Wel or Weff fy / gammaM0
     double VplzRd = 0.0, VplyRd = 0.0;  // (6.18): Av fy / (sqrt(3) gammaM0)
+    // Torsion by St. Venant (6.23), tau_Rd = fy / (sqrt(3) gammaM0): T,Rd = tau_Rd It / t_max (open sections,
+    // solid rectangles), 2 Am t_min tau_Rd (RHS, Bredt), tau_Rd Ip / r (CHS, round bars); the shear
+    // resistances reduced for the torsion acting, (6.26) to (6.28) (equal to Vpl,Rd without torsion).
+    double TRd = 0.0, VplTzRd = 0.0, VplTyRd = 0.0;
+    // 6.2.8(3), (4): rho = (2 VEd / Vpl,(T,)Rd - 1)^2 of the shear in z and in y (0 up to 0.5 Vpl,Rd).
+    double rhoZ = 0.0, rhoY = 0.0;
+    // 6.2.9: the moment resistances reduced for N (classes 1 and 2; Mc,Rd otherwise), without shear.
+    double MNyRd = 0.0, MNzRd = 0.0;
     // Class 4: the effective properties of EN 1993-1-5 4.3 (under compression Aeff and the shifts eNy
     // (along z, the moment N eNy about y) and eNz; under bending Weff about each axis bent); 0 otherwise.
     double Aeff = 0.0, Weffy = 0.0, Weffz = 0.0, eNy = 0.0, eNz = 0.0;

@@ -1,6 +1,7 @@
 #include "EnEvaluation.h"
 
 #include <KaStandard.h>
+#include <SDBSection.h>
 
 #include <cmath>
 
@@ -12,6 +13,16 @@ bool sameForces(const SteelDesign::Forces& a, const SteelDesign::Forces& b)
 {
     return a.getN() == b.getN() && a.getMy() == b.getMy() && a.getMz() == b.getMz() && a.getMt() == b.getMt() &&
            a.getVy() == b.getVy() && a.getVz() == b.getVz();
+}
+
+bool bentAboutNonPrincipalAxes(const CrossSectionRequest& request)
+{
+    if (!request.section) return false;
+    const SDBSectionType* type = request.section->getType();
+    if (!type) return false;
+    const std::string& key = type->getKey();
+    const bool nonPrincipal = key == SDBKey::L || key == SDBKey::Z || key == SDBKey::WZ;
+    return nonPrincipal && (request.forces.getMy() != 0.0 || request.forces.getMz() != 0.0);
 }
 
 } // namespace
@@ -42,6 +53,12 @@ void evaluateEn(const CrossSectionRequest& cross, double gammaM0, const MemberRe
     out.sectionClass = out.cross.sectionClass;
     for (std::size_t i = 0; i < 7; ++i) out.utilizations[i] = out.cross.utilization[i];
     std::uint32_t limitations = out.cross.limitations;
+    // An angle or a Z section bent about the database's axes (parallel to its legs or flanges): those are
+    // not principal axes, so no value in bending is given.
+    if (bentAboutNonPrincipalAxes(cross)) {
+        limitations |= NonPrincipalBending;
+        for (std::size_t i : {2u, 4u, 5u, 6u}) out.utilizations[i] = kat::Nullable<double>();
+    }
     // Every cross-section slot is computed or has a reason: a slot left empty without one is never
     // taken as fulfilled.
     if (limitations == 0)

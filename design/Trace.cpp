@@ -75,6 +75,7 @@ LimitationPlace placeOf(Limitation flag)
     case Class4NotCovered: return {kClassification, "EN 1993-1-5 4.3"};
     case LateralTorsionalNotCovered: return {kLateralTorsional, "EN 1993-1-1 6.3.2.2(2)"};
     case TorsionalFlexuralNotChecked: return {kFlexural, "EN 1993-1-1 6.3.1.4"};
+    case NonPrincipalBending: return {kBending, "EN 1993-1-1 6.2.1(5), 6.2.5"};
     case NoLimitation: break;
     }
     return {kClassification, ""};

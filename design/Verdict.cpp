@@ -59,7 +59,10 @@ const char* describe(Limitation limitation)
                "(angles and Z sections), which the checks do not compute";
     case TorsionalFlexuralNotChecked:
         return "torsional and torsional-flexural buckling (6.3.1.4) of a section whose shear centre lies off its "
-               "centroid (tee, channel, angle, Z, unequal flanges) is not checked; only flexural buckling is";
+               "centroid (tee, channel, angle, Z, unequal flanges) is not checked, only flexural buckling";
+    case NonPrincipalBending:
+        return "bending of an angle or a Z section about axes parallel to its legs or flanges, which are not its "
+               "principal axes: the checks in bending need the principal axes, which they do not use";
     }
     return "";
 }

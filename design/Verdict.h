@@ -57,9 +57,12 @@ enum Limitation : std::uint32_t {
     // channels, angles, Z sections, I sections with unequal flanges): torsional and torsional-flexural
     // buckling (6.3.1.4) may govern and is not checked.
     TorsionalFlexuralNotChecked = 1u << 12,
+    // EN 1993-1-1 evaluation: bending of an angle or a Z section, whose y and z are not its principal axes:
+    // the stresses and resistances in bending need the principal axes.
+    NonPrincipalBending = 1u << 13,
 };
 
-inline constexpr std::uint32_t limitationCount = 13;
+inline constexpr std::uint32_t limitationCount = 14;
 
 // "not verified: class 4 needs effective section properties" without the prefix: the reason of one flag.
 const char* describe(Limitation limitation);

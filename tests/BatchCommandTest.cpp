@@ -1,4 +1,5 @@
-// The batch subcommand: every row checked or rejected, results in input order whatever the threads.
+// The batch subcommand under the library's rules: every row checked or rejected, results in input order
+// whatever the threads.
 
 #include "CommandRunner.h"
 
@@ -54,8 +55,8 @@ std::vector<std::string> splitLines(const std::string& text)
 TEST(BatchCommand, OutputIsTheSameOnOneAndTwoThreads)
 {
     for (const char* format : {"jsonl", "csv"}) {
-        const CommandRun one = runSteeldesign("batch " + example + " --jobs 1 --format " + std::string(format), false);
-        const CommandRun two = runSteeldesign("batch " + example + " --jobs 2 --format " + std::string(format), false);
+        const CommandRun one = runSteeldesign("batch --rules library " + example + " --jobs 1 --format " + std::string(format), false);
+        const CommandRun two = runSteeldesign("batch --rules library " + example + " --jobs 2 --format " + std::string(format), false);
         EXPECT_EQ(one.exitCode, two.exitCode);
         EXPECT_FALSE(one.output.empty());
         EXPECT_EQ(one.output, two.output) << format;  // byte-identical
@@ -64,8 +65,8 @@ TEST(BatchCommand, OutputIsTheSameOnOneAndTwoThreads)
 
 TEST(BatchCommand, CsvAndJsonLinesInputGiveTheSameResults)
 {
-    const auto csv = jsonLines(runSteeldesign("batch " + example, false).output);
-    const auto jsonl = jsonLines(runSteeldesign("batch " + exampleJsonl, false).output);
+    const auto csv = jsonLines(runSteeldesign("batch --rules library " + example, false).output);
+    const auto jsonl = jsonLines(runSteeldesign("batch --rules library " + exampleJsonl, false).output);
     ASSERT_EQ(csv.size(), jsonl.size());
     ASSERT_GT(csv.size(), 30u);
     for (std::size_t i = 0; i < csv.size(); ++i) {
@@ -77,7 +78,7 @@ TEST(BatchCommand, CsvAndJsonLinesInputGiveTheSameResults)
 
 TEST(BatchCommand, RowsEqualTheCheckCommand)
 {
-    const auto rows = jsonLines(runSteeldesign("batch " + example, false).output);
+    const auto rows = jsonLines(runSteeldesign("batch --rules library " + example, false).output);
     for (const auto& row : rows) {
         if (row["id"].get<std::string>().find("LC1") == std::string::npos) continue;  // one load case is enough
         std::ifstream in(example);
@@ -87,7 +88,7 @@ TEST(BatchCommand, RowsEqualTheCheckCommand)
         std::vector<std::string> f;
         std::stringstream ss(line);
         for (std::string cell; std::getline(ss, cell, ',');) f.push_back(cell);
-        const std::string args = "check \"" + f[1] + "\" --steel " + f[2] + " --N " + f[3] + " --My " + f[4] +
+        const std::string args = "check --rules library \"" + f[1] + "\" --steel " + f[2] + " --N " + f[3] + " --My " + f[4] +
                                  " --Mz " + f[5] + " --Mt " + f[6] + " --Vy " + f[7] + " --Vz " + f[8] + " --json";
         const auto check = nlohmann::json::parse(runSteeldesign(args, false).output);
         for (const char* name : {"Axial", "Torsion", "Bending", "Shear", "AxialBending", "ShearBending", "AxialShearBending"})
@@ -109,7 +110,7 @@ TEST(BatchCommand, BadRowsAreRejectedWithLineAndFieldAndTheOthersChecked)
                          "\n"
                          "short,IPE 300,S355\n"
                          "ok2,HEB 200,S235,-500,0,0,0,0,0,4\n");
-    const CommandRun r = runSteeldesign("batch " + input.path(), false);
+    const CommandRun r = runSteeldesign("batch --rules library " + input.path(), false);
     EXPECT_EQ(r.exitCode, 2);
     const auto rows = jsonLines(r.output);
     ASSERT_EQ(rows.size(), 8u);
@@ -133,7 +134,7 @@ TEST(BatchCommand, BadRowsAreRejectedWithLineAndFieldAndTheOthersChecked)
         }
     }
     // The summary names the rejected lines and their fields.
-    const CommandRun all = runSteeldesign("batch " + input.path());
+    const CommandRun all = runSteeldesign("batch --rules library " + input.path());
     EXPECT_NE(all.output.find("rejected: line 3 (badSection), field section"), std::string::npos) << all.output;
     EXPECT_NE(all.output.find("rows 8, fulfilled 2, not fulfilled 0, not verified 0, rejected 6"), std::string::npos) << all.output;
 }
@@ -144,7 +145,7 @@ TEST(BatchCommand, CsvOutputHasTheSameColumnsOnEveryRow)
                          "id,section,steel,N,My,Mz,Mt,Vy,Vz,length\n"
                          "a,IPE 300,S355,-100,50,0,0,0,30,4\n"
                          "b,IPE 999,S355,-100,50,0,0,0,30,4\n");
-    const auto lines = splitLines(runSteeldesign("batch " + input.path() + " --format csv", false).output);
+    const auto lines = splitLines(runSteeldesign("batch --rules library " + input.path() + " --format csv", false).output);
     ASSERT_EQ(lines.size(), 3u);
     // Fields outside quotes: a message may hold commas, quoted.
     auto columns = [](const std::string& line) {
@@ -163,15 +164,15 @@ TEST(BatchCommand, CsvOutputHasTheSameColumnsOnEveryRow)
 TEST(BatchCommand, FileLevelErrorsWriteNothing)
 {
     const TempFile noColumn("nocolumn.csv", "id,section,steel,N,My,Mz,Mt,Vy,length\na,IPE 300,S355,0,1,0,0,0,1\n");
-    const CommandRun r = runSteeldesign("batch " + noColumn.path());
+    const CommandRun r = runSteeldesign("batch --rules library " + noColumn.path());
     EXPECT_EQ(r.exitCode, 2);
     EXPECT_NE(r.output.find("'Vz'"), std::string::npos) << r.output;
 
-    const CommandRun missing = runSteeldesign("batch /nonexistent/input.csv");
+    const CommandRun missing = runSteeldesign("batch --rules library /nonexistent/input.csv");
     EXPECT_EQ(missing.exitCode, 2);
     EXPECT_NE(missing.output.find("/nonexistent/input.csv"), std::string::npos);
 
-    const CommandRun badOut = runSteeldesign("batch " + example + " --out /nonexistent/dir/out.jsonl");
+    const CommandRun badOut = runSteeldesign("batch --rules library " + example + " --out /nonexistent/dir/out.jsonl");
     EXPECT_EQ(badOut.exitCode, 2);
     EXPECT_NE(badOut.output.find("--out"), std::string::npos);
 }
@@ -179,7 +180,7 @@ TEST(BatchCommand, FileLevelErrorsWriteNothing)
 TEST(BatchCommand, OutFileAndExitCodeOfTheExample)
 {
     const std::string out = ::testing::TempDir() + "steeldesign_out_" + std::to_string(getpid()) + ".jsonl";
-    const CommandRun r = runSteeldesign("batch " + example + " --out " + out);
+    const CommandRun r = runSteeldesign("batch --rules library " + example + " --out " + out);
     EXPECT_EQ(r.exitCode, 1);  // the example holds a lintel that is too light
     EXPECT_NE(r.output.find("highest utilizations"), std::string::npos);
     std::ifstream in(out);
@@ -203,7 +204,7 @@ TEST(BatchCommand, OutFileAndExitCodeOfTheExample)
 
 TEST(BatchCommand, RowsEqualTheMemberCommand)
 {
-    const auto rows = jsonLines(runSteeldesign("batch " + example, false).output);
+    const auto rows = jsonLines(runSteeldesign("batch --rules library " + example, false).output);
     std::ifstream in(example);
     std::vector<std::string> lines;
     for (std::string line; std::getline(in, line);) lines.push_back(line);
@@ -220,7 +221,7 @@ TEST(BatchCommand, RowsEqualTheMemberCommand)
             if (!value.empty()) text.append(" ").append(option).append(" ").append(value);
             return text;
         };
-        std::string args = "member \"" + f[1] + "\" --steel " + f[2] + " --N=" + f[3] + " --My=" + f[4] + " --Mz=" +
+        std::string args = "member --rules library \"" + f[1] + "\" --steel " + f[2] + " --N=" + f[3] + " --My=" + f[4] + " --Mz=" +
                            f[5] + " --Mt=" + f[6] + " --Vy=" + f[7] + " --Vz=" + f[8] + " --length " + f[9] +
                            " --moments-y=" + f[10] + "," + f[11] + "," + f[12] + " --diagram-y " + f[13] +
                            " --load-point " + f[14] + (f[15] == "true" ? " --rolled-method" : "") +

@@ -298,7 +298,7 @@ TEST(DesignVerdictBatch, LengthColumnsEqualTheMemberCommandAndClass4IsNotVerifie
                       "split,IPE 300,S355,-300,80,0,0,0,20,0,6,3,2.5,80,40,0,polygonal\n"
                       "columnY,HEB 300,S235,-2000,0,0,0,0,0,0,8,5.6,,0,0,0,polygonal\n"
                       "slender,IPE 330,S355,-300,0,0,0,0,0,0,2,,,0,0,0,polygonal\n");
-    const CommandRun batch = runSteeldesign("batch " + csv.path(), false);
+    const CommandRun batch = runSteeldesign("batch --rules library " + csv.path(), false);
     EXPECT_EQ(batch.exitCode, 3) << batch.output;  // fulfilled and not verified rows only
     const auto rows = jsonLines(batch.output);
     ASSERT_EQ(rows.size(), 3u) << batch.output;
@@ -306,8 +306,8 @@ TEST(DesignVerdictBatch, LengthColumnsEqualTheMemberCommandAndClass4IsNotVerifie
     const struct {
         const char* arguments;
     } members[] = {
-        {"member \"IPE 300\" --steel S355 --N -300 --My 80 --Vz 20 --lcr-y 6 --lcr-z 3 --l-lt 2.5 --moments-y 80,40,0"},
-        {"member \"HEB 300\" --steel S235 --N -2000 --lcr-y 8 --lcr-z 5.6"},
+        {"member --rules library \"IPE 300\" --steel S355 --N -300 --My 80 --Vz 20 --lcr-y 6 --lcr-z 3 --l-lt 2.5 --moments-y 80,40,0"},
+        {"member --rules library \"HEB 300\" --steel S235 --N -2000 --lcr-y 8 --lcr-z 5.6"},
     };
     for (std::size_t i = 0; i < 2; ++i) {
         const CommandRun r = runSteeldesign(std::string(members[i].arguments) + " --json", false);
@@ -325,7 +325,7 @@ TEST(DesignVerdictBatch, LengthColumnsEqualTheMemberCommandAndClass4IsNotVerifie
     }
     // The lengths reached the rows: the IPE 300 with Lcr,z = 3 and LLT = 2.5 differs from 6 m throughout.
     const auto uniform = nlohmann::json::parse(
-        runSteeldesign("member \"IPE 300\" --steel S355 --N -300 --My 80 --Vz 20 --length 6 --moments-y 80,40,0 --json",
+        runSteeldesign("member --rules library \"IPE 300\" --steel S355 --N -300 --My 80 --Vz 20 --length 6 --moments-y 80,40,0 --json",
                        false)
             .output);
     EXPECT_NE(rows[0]["utilizations"]["memberCompressionBending"], uniform["utilizations"]["CompressionBending"]);

@@ -93,19 +93,19 @@ TEST(McrCommand, MemberTakesTheNumericalCriticalMoment)
 {
     const auto mcr = runJson("mcr \"IPE 300\" --length 6 --moments-y 60,30,0 --json");
     const auto numerical =
-        runJson("member \"IPE 300\" --steel S355 --length 6 --My 60 --moments-y 60,30,0 --mcr-method numerical --json");
+        runJson("member --rules library \"IPE 300\" --steel S355 --length 6 --My 60 --moments-y 60,30,0 --mcr-method numerical --json");
     EXPECT_NEAR(numerical["Mcr"].get<double>(), mcr["Mcr"].get<double>() * 60.0 / mcr["Mmax"].get<double>(), 1e-6);
     EXPECT_EQ(numerical["mcrMethod"], "numerical");
-    const auto given = runJson("member \"IPE 300\" --steel S355 --length 6 --My 60 --moments-y 60,30,0 --mcr " +
+    const auto given = runJson("member --rules library \"IPE 300\" --steel S355 --length 6 --My 60 --moments-y 60,30,0 --mcr " +
                                std::to_string(numerical["Mcr"].get<double>()) + " --json");
     EXPECT_NEAR(given["utilizations"]["BendingAxisY"].get<double>(),
                 numerical["utilizations"]["BendingAxisY"].get<double>(), 1e-6);
-    const auto tables = runJson("member \"IPE 300\" --steel S355 --length 6 --My 60 --moments-y 60,30,0 --json");
+    const auto tables = runJson("member --rules library \"IPE 300\" --steel S355 --length 6 --My 60 --moments-y 60,30,0 --json");
     EXPECT_EQ(tables["mcrMethod"], "tables");
     EXPECT_LT(numerical["utilizations"]["BendingAxisY"].get<double>(),
               tables["utilizations"]["BendingAxisY"].get<double>());
-    EXPECT_EQ(runSteeldesign("member \"IPE 300\" --length 6 --My 60 --mcr-method exact").exitCode, 2);
-    EXPECT_EQ(runSteeldesign("member \"IPE 300\" --length 6 --My 60 --mcr 100 --mcr-method numerical").exitCode, 2);
+    EXPECT_EQ(runSteeldesign("member --rules library \"IPE 300\" --length 6 --My 60 --mcr-method exact").exitCode, 2);
+    EXPECT_EQ(runSteeldesign("member --rules library \"IPE 300\" --length 6 --My 60 --mcr 100 --mcr-method numerical").exitCode, 2);
 }
 
 TEST(McrCommand, BatchColumnEqualsTheMemberCommand)
@@ -114,7 +114,7 @@ TEST(McrCommand, BatchColumnEqualsTheMemberCommand)
     std::ofstream(path) << "id,section,steel,N,My,Mz,Mt,Vy,Vz,length,MyStart,MyMid,MyEnd,diagramY,loadPoint,mcrMethod\n"
                            "a,IPE 300,S355,0,60,0,0,0,20,6,0,60,0,parabolic,top,numerical\n"
                            "b,IPE 300,S355,0,60,0,0,0,20,6,0,60,0,parabolic,top,tables\n";
-    const CommandRun batch = runSteeldesign("batch " + path, false);
+    const CommandRun batch = runSteeldesign("batch --rules library " + path, false);
     std::remove(path.c_str());
     std::vector<nlohmann::json> rows;
     for (std::size_t start = 0; start < batch.output.size();) {
@@ -123,7 +123,7 @@ TEST(McrCommand, BatchColumnEqualsTheMemberCommand)
         start = end + 1;
     }
     ASSERT_EQ(rows.size(), 2u);
-    const auto member = runJson("member \"IPE 300\" --steel S355 --length 6 --My 60 --Vz 20 --moments-y 0,60,0 "
+    const auto member = runJson("member --rules library \"IPE 300\" --steel S355 --length 6 --My 60 --Vz 20 --moments-y 0,60,0 "
                                 "--diagram-y parabolic --load-point top --mcr-method numerical --json");
     EXPECT_EQ(rows[0]["utilizations"]["memberBending"], member["utilizations"]["Bending"]);
     EXPECT_NE(rows[0]["utilizations"]["memberBending"], rows[1]["utilizations"]["memberBending"]);

@@ -61,9 +61,10 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(RulesOption, BadValueIsAnInputErrorNamingTheOptionOnEveryCommand)
 {
     const std::string model = source("examples/frames.csv");
-    for (const std::string command :
-         {"check \"IPE 300\" --My 50", "member \"IPE 300\" --length 4 --My 50", "classify \"IPE 300\" --My 50",
-          "select --family IPE --My 50", "batch " + model, "report " + model + " --out " + scratch("r.html")}) {
+    const std::string commands[] = {"check \"IPE 300\" --My 50",    "member \"IPE 300\" --length 4 --My 50",
+                                    "classify \"IPE 300\" --My 50", "select --family IPE --My 50",
+                                    "batch " + model,                "report " + model + " --out " + scratch("r.html")};
+    for (const std::string& command : commands) {
         for (const char* bad : {"EN", "lib", "\"\"", "en,library"}) {
             const CommandRun run = runSteeldesign(command + " --rules " + bad);
             EXPECT_EQ(run.exitCode, 2) << command << " --rules " << bad << "\n" << run.output;
@@ -77,7 +78,7 @@ TEST(RulesOption, BadValueIsAnInputErrorNamingTheOptionOnEveryCommand)
 TEST(RulesOption, JsonNamesTheRulesTheVerdictAndTheGoverningCheckUnderBoth)
 {
     for (const std::string rules : {"en", "library"}) {
-        for (const std::string command : {"check \"IPE 300\" --steel S355 --N -250 --My 90 --Vz 60",
+        for (const std::string command : std::initializer_list<const char*>{"check \"IPE 300\" --steel S355 --N -250 --My 90 --Vz 60",
                                           "member \"IPE 300\" --steel S355 --length 4 --N -250 --My 90"}) {
             const CommandRun run = runSteeldesign(command + " --json --rules " + rules, false);
             ASSERT_LE(run.exitCode, 3) << run.output;

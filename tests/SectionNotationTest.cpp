@@ -263,7 +263,7 @@ TEST(SectionNotationErrorsLeadingLetters, AreRejected)
 
 TEST(SectionNotationCommand, CheckRejectsABadDimension)
 {
-    const CommandRun r = runSteeldesign("check \"WI 1200x300x0x20\" --steel S355 --N -100");
+    const CommandRun r = runSteeldesign("check --rules library \"WI 1200x300x0x20\" --steel S355 --N -100");
     EXPECT_EQ(r.exitCode, 2) << r.output;
     EXPECT_NE(r.output.find("web thickness"), std::string::npos) << r.output;
     EXPECT_NE(r.output.find("tw = 0 mm"), std::string::npos) << r.output;
@@ -293,7 +293,7 @@ TEST(SectionNotationCommand, SectionPrintsTheProperties)
 //   Vbf,Rd = 0.4 * 0.025^2 * 355000 / 1.17026 = 75.84 kN; Vb,Rd = 1271.70 kN; 1500 / 1271.70 = 1.1795
 TEST(SectionNotationCommand, PlateGirderReachesShearBuckling)
 {
-    const CommandRun r = runSteeldesign("member \"WI 1500x400x10x25\" --steel S355 --length 6 --Vz 1500 --json", false);
+    const CommandRun r = runSteeldesign("member --rules library \"WI 1500x400x10x25\" --steel S355 --length 6 --Vz 1500 --json", false);
     EXPECT_EQ(r.exitCode, 1) << r.output;  // 1.18 > 1: not fulfilled
     const auto j = nlohmann::json::parse(r.output);
     EXPECT_EQ(j["section"], "WI 1500x400x10x25");

@@ -263,7 +263,16 @@ def test_check_and_member_write_the_same_numbers_as_their_json(tmp_path):
     dom = Dom(page.read_text())
     values = {td["attrs"]["data-col"]: td["text"] for td in dom.find("td") if "data-col" in td["attrs"]}
     data = json.loads(run_cli(*args, "--json").stdout)
-    assert float(values["memberCompression"]) == pytest.approx(data["utilizations"]["Compression"], rel=1e-5)
+    # Under EN rules (the default) the utilizations are those of the EN evaluation, named as the batch's
+    # columns; the library's document is kept under "library".
+    assert data["rules"] == "EN 1993-1-1"
+    assert float(values["memberCompression"]) == pytest.approx(data["utilizations"]["memberCompression"], rel=1e-5)
+    assert values["verdict"] == data["verdict"]
+    library = json.loads(run_cli(*args, "--json", "--rules", "library").stdout)
+    page = tmp_path / "member-library.html"
+    run_cli(*args, "--html", page, "--rules", "library")
+    values = {td["attrs"]["data-col"]: td["text"] for td in Dom(page.read_text()).find("td") if "data-col" in td["attrs"]}
+    assert float(values["memberCompression"]) == pytest.approx(library["utilizations"]["Compression"], rel=1e-5)
 
 
 def test_bad_outputs_are_refused_and_nothing_is_overwritten(tmp_path):
