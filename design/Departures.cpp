@@ -113,6 +113,10 @@ struct Effective {
 Effective effective(const SDBSection& section, double fy, const Forces& f)
 {
     Effective e;
+    // The departures keep the effective sections of the kinds they were first written for (I, channels,
+    // RHS and boxes): the values shown under the library's rules stay as they are. The EN evaluation takes
+    // tees too.
+    if (const SDBSectionType* type = section.getType(); type && type->getKey() == SDBKey::T) return e;
     e.Aeff = section.getA();
     e.Weffy = section.getWy();
     e.Weffz = section.getWz();

@@ -18,6 +18,8 @@ struct EnCriticalMoment {
     double kwt = 0.0;      // the torsion parameter pi / L sqrt(E Iw / (G It))
     double zg = 0.0;       // height of the load from the shear centre (m, z down)
     const char* method = "";  // how it was found, for the trace (e.g. "Rayleigh-Ritz, 8 sine terms")
+    int terms = 0;             // sine terms of the accepted series (0: the finite-element analysis)
+    double seriesChange = 0.0; // relative drop of Mcr from terms / 2 to terms (the convergence check)
 };
 
 // E and G in kN/m². The section's own Iz, It, Iw (the database's), the shear centre and beta_y of a
