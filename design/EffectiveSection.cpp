@@ -18,7 +18,12 @@ double kSigmaInternal(double psi)
 double kSigmaOutstand(double psi, bool maxAtFreeEdge)
 {
     // EN 1993-1-5 Table 4.2.
-    if (maxAtFreeEdge) return 0.57 - 0.21 * psi + 0.07 * psi * psi;  // 1 >= psi >= -3 (0.43 at psi = 1)
+    if (maxAtFreeEdge) {
+        // 1 >= psi >= -3 (0.43 at psi = 1); not tabulated below psi = -3: the value at psi = -3 (k_sigma
+        // grows as psi falls, so this is the smaller one).
+        const double q = std::max(psi, -3.0);
+        return 0.57 - 0.21 * q + 0.07 * q * q;
+    }
     if (psi >= 1.0) return 0.43;
     if (psi >= 0.0) return 0.578 / (psi + 0.34);
     if (psi >= -1.0) return 1.7 - 5.0 * psi + 17.1 * psi * psi;
@@ -146,6 +151,24 @@ void buildBox(Model& m, const SDBSectionRH& s)
     m.size = std::max(h, b);
 }
 
+// Tees (flange on top): reference point at the top of the flange on the stem axis, ez > 0 the depth of the
+// centroid. Flange outstands c = (b - tw - 2r) / 2 as for I sections; the stem an outstand supported by the
+// flange, c = h - tf - r from the root radius to its free edge at the tip (the widths of the classification,
+// EN 1993-1-1 Table 5.2); welded tees r = 0.
+void buildT(Model& m, const SDBSectionT& s)
+{
+    const double h = s.getH(), b = s.getB(), tw = s.getS(), tf = s.getT(), r = s.getR1();
+    const double y0 = -s.getEy(), zTop = -s.getEz();
+    const double root = tw / 2.0 + r;
+    addPlate(m, Outstand, "flange, outstand y > 0", true, zTop, zTop + tf, y0, y0 + b / 2.0, y0 + root,
+             y0 + b / 2.0);
+    addPlate(m, Outstand, "flange, outstand y < 0", true, zTop, zTop + tf, y0 - b / 2.0, y0, y0 - root,
+             y0 - b / 2.0);
+    addPlate(m, Outstand, "stem", false, y0 - tw / 2.0, y0 + tw / 2.0, zTop + tf, zTop + h, zTop + tf + r,
+             zTop + h);
+    m.size = std::max(h, b);
+}
+
 std::optional<Model> modelOf(const SDBSection& section)
 {
     Model m;
@@ -157,11 +180,14 @@ std::optional<Model> modelOf(const SDBSection& section)
         buildChannel(m, wu->getH(), wu->getFlangeWidth(), wu->getS(), wu->getT(), 0.0, wu->getEy(), wu->getEz());
     } else if (const auto* rh = dynamic_cast<const SDBSectionRH*>(&section)) {
         buildBox(m, *rh);
+    } else if (const auto* t = dynamic_cast<const SDBSectionT*>(&section)) {
+        buildT(m, *t);
     } else {
         return std::nullopt;
     }
-    // Plates of no flat width (a root radius filling an outstand) cannot buckle.
-    std::erase_if(m.plates, [](const Plate& p) { return !(p.c() > 0.0) || !(p.t() > 0.0); });
+    // Plates of no flat width (a root radius filling an outstand) cannot buckle (reducePlate skips them);
+    // they stay in the model for the extreme fibres.
+    std::erase_if(m.plates, [](const Plate& p) { return !(p.t() > 0.0); });
     return m;
 }
 
@@ -170,7 +196,7 @@ std::optional<Model> modelOf(const SDBSection& section)
 // trace, or nothing when the plate is not compressed.
 std::optional<EffectivePlate> reducePlate(Plate& p, double sFrom, double sTo, double epsilon, double tiny)
 {
-    if (!(std::max(sFrom, sTo) > tiny)) return std::nullopt;
+    if (!(p.c() > 0.0) || !(std::max(sFrom, sTo) > tiny)) return std::nullopt;
     EffectivePlate e;
     e.kind = p.kind;
     e.element = p.name;
@@ -343,12 +369,17 @@ std::optional<EffectiveProperties> effectiveUnderBending(const SDBSection& secti
         if (auto e = reducePlate(p, compression(p.from, x0), compression(p.to, x0), epsilon, tiny))
             trace.push_back(*e);
     }
-    EffectiveProperties r = collect(section.getProperties(), *m, std::move(trace));
-    const Section s = effectiveSection(section.getProperties(), *m);
+    const SDBProperties& g = section.getProperties();
+    EffectiveProperties r = collect(g, *m, std::move(trace));
+    const Section s = effectiveSection(g, *m);
+    // Never above the gross Wel: a strip lost next to the neutral axis on the compressed side (a tee's stem
+    // under My > 0, Table 4.2 lower row) moves the centroid towards the governing tension fibre and can raise
+    // Ieff / z there a little; the class 4 resistance is not taken above the class 3 one.
+    auto capped = [](double W, double Wel) { return Wel > 0.0 ? std::min(W, Wel) : W; };
     if (aboutY)
-        r.Weffy = s.Iy / std::max(s.cz - s.zMin, s.zMax - s.cz);
+        r.Weffy = capped(s.Iy / std::max(s.cz - s.zMin, s.zMax - s.cz), g.Wely);
     else
-        r.Weffz = s.Iz / std::max(s.cy - s.yMin, s.yMax - s.cy);
+        r.Weffz = capped(s.Iz / std::max(s.cy - s.yMin, s.yMax - s.cy), g.Welz);
     return r;
 }
 

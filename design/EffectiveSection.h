@@ -8,17 +8,22 @@
 // the gross centroid, z downwards. A compressive stress is taken positive in this file.
 //
 // Method (the rules where EN 1993-1-5 leaves a choice are listed in docs/effective-section.md):
-//  - the section is cut into plates (flange outstands and internal webs or walls) with the flat widths
-//    c of EN 1993-1-1 Table 5.2 / EN 1993-1-5 4.4(2);
+//  - the section is cut into plates (flange outstands, a tee's stem as an outstand with its free edge at
+//    the tip, and internal webs or walls) with the flat widths c of EN 1993-1-1 Table 5.2 / EN 1993-1-5
+//    4.4(2);
 //  - each compressed plate gets rho from EN 1993-1-5 4.4(2) (Table 4.1 internal, Table 4.2 outstand)
 //    with lambda_p at fy (no reduction for sigma_com,Ed < fy, 4.4(4) is not used), and its ineffective
-//    strip placed as Tables 4.1 / 4.2 show;
+//    strip placed as Tables 4.1 / 4.2 show; an outstand takes the upper row of Table 4.2 when its free
+//    edge is the more compressed one (ineffective part at the tip), the lower row otherwise (b_eff from
+//    the supported edge, the rest of the compressed zone b_c ineffective);
 //  - the ineffective strips are removed from the gross section (its A, centroid, Iy, Iz as the library
 //    computed them, fillets and corners included and kept fully effective) as negative rectangles;
 //  - under bending, EN 1993-1-5 4.4(3): the plates across which the stress is uniform (flanges under My,
-//    webs and walls under Mz) first, from the gross section; then the plates along which the stress
-//    varies, with psi from the section with those effective plates and the other plates gross. One
-//    pass, no iteration.
+//    webs, walls and a tee's stem under Mz) first, from the gross section; then the plates along which
+//    the stress varies (webs and a tee's stem under My, flanges under Mz), with psi from the section
+//    with those effective plates and the other plates gross. One pass, no iteration. A tee under a
+//    negative My (stem tip compressed) has its flange in tension: the stem's psi is that of the gross
+//    section, its largest compression at the free edge.
 
 #include <SDBSection.h>
 #include <SteelDesign/Axis.h>
@@ -49,8 +54,8 @@ struct EffectivePlate {
 struct EffectiveProperties {
     double A = 0.0, Aeff = 0.0;  // gross and effective area, m^2
     // Under bending about y (z): Weff,y (Weff,z), the smaller of Ieff / (distance from the effective
-    // section's centroid to its extreme fibre) over the two extreme fibres; 0 for the other axis and
-    // under compression.
+    // section's centroid to its extreme fibre) over the two extreme fibres, at most the gross Wel; 0 for
+    // the other axis and under compression.
     double Weffy = 0.0, Weffz = 0.0;  // m^3
     // Second moments of the effective section about its own centroidal axes, m^4.
     double Ieffy = 0.0, Ieffz = 0.0;
@@ -64,8 +69,9 @@ struct EffectiveProperties {
 
 // Aeff and e_N under uniform compression (every plate at psi = 1, stress fy in kN/m^2).
 // Handled kinds: SDBSectionI (rolled and welded, mono-symmetric too), SDBSectionU and SDBSectionWU
-// (channels), SDBSectionRH (hot-finished and cold-formed RHS/SHS, welded boxes). Any other kind, a
-// non-positive or non-finite fy or a section without area: std::nullopt.
+// (channels), SDBSectionRH (hot-finished and cold-formed RHS/SHS, welded boxes), SDBSectionT (cut and
+// welded tees, flange on top). Any other kind, a non-positive or non-finite fy or a section without
+// area: std::nullopt.
 std::optional<EffectiveProperties> effectiveUnderCompression(const SDBSection& section, double fy);
 
 // Weff about y or z under a moment alone. positiveMoment follows the library's stress formula
@@ -79,7 +85,8 @@ std::optional<EffectiveProperties> effectiveUnderBending(const SDBSection& secti
 double kSigmaInternal(double psi);
 // k_sigma of an outstand, Table 4.2: maxAtFreeEdge for the upper row (largest compression at the free
 // edge), otherwise the lower row (largest compression at the supported edge). psi = sigma2 / sigma1,
-// sigma1 the largest compression.
+// sigma1 the largest compression. Beyond the tabulated ranges the value at the end of the range: psi = -3
+// for the upper row, psi = -1 for the lower one.
 double kSigmaOutstand(double psi, bool maxAtFreeEdge);
 // rho of an internal element (4.2) and of an outstand (4.3), at most 1.
 double rhoInternal(double lambdaP, double psi);

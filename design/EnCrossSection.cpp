@@ -419,7 +419,9 @@ void shearAndTorsion(Work& w, const Forces& f, EnCrossSection& out)
 bool effectiveProperties(Work& w, const Forces& f, EnCrossSection& out)
 {
     const EnKind k = w.model.kind;
-    if (k != EnKind::I && k != EnKind::U && k != EnKind::RH) return false;
+    // EffectiveSection.h covers I sections, channels, RHS and boxes, and tees (cut and welded); CHS, angles,
+    // Z and C sections stay not verified.
+    if (k != EnKind::I && k != EnKind::U && k != EnKind::RH && k != EnKind::T) return false;
     const SDBSection& s = *w.section;
     if (f.getN() < 0.0) {
         w.compression = effectiveUnderCompression(s, w.fy);

@@ -302,6 +302,31 @@ TEST(EffectiveSectionTest, CatalogueInvariantsOverFamiliesAndGrades)
     EXPECT_LT(reducedUnderN, checked);
 }
 
+// Tees: the cut tees of the catalogue (stem and flanges as outstands, EN 1993-1-5 Table 4.2) and welded tees
+// with slender stems or flanges; symmetric about z only.
+TEST(EffectiveSectionTest, TeeInvariantsOverCutAndWeldedTees)
+{
+    int reducedUnderN = 0;
+    for (const char* family : {"TIPE", "THEA", "THEB", "THEM"}) {
+        const std::vector<std::string> names = SDBCatalogue::names(family);
+        ASSERT_FALSE(names.empty()) << family;
+        for (const std::string& name : names) {
+            const auto section = SDBCatalogue::get(name);
+            for (const double fy : {S235, S355, S460}) {
+                expectInvariants(*section, name, fy, false);
+                reducedUnderN += effectiveUnderCompression(*section, fy)->reduced ? 1 : 0;
+            }
+        }
+    }
+    EXPECT_GT(reducedUnderN, 50);
+    for (const double fy : {S235, S355, S460})
+        for (const double t : {5.0, 8.0, 12.0}) {
+            expectInvariants(SDBSectionT(400 * mm, 250 * mm, t * mm, 1.2 * t * mm, 0.0, false), "welded tee", fy, false);
+            expectInvariants(SDBSectionT(150 * mm, 400 * mm, 1.5 * t * mm, t * mm, 0.0, false), "wide welded tee", fy,
+                             false);
+        }
+}
+
 TEST(EffectiveSectionTest, WeldedAndColdFormedInvariants)
 {
     for (const double fy : {S235, S355, S460}) {
@@ -354,14 +379,13 @@ TEST(EffectiveSectionTest, UnsupportedKindsAndBadInputGiveNothing)
 {
     const SDBSectionO chs(0.2191, 0.004, true);
     const SDBSectionL angle(0.2, 0.2, 0.01, 0.018);
-    const SDBSectionT tee(0.3, 0.2, 0.01, 0.015, 0.0, false);
     const SDBSectionC lipped(0.2, 0.07, 0.002, 0.15);
     const SDBSectionZ zed(0.2, 0.08, 0.006, 0.01, 0.0, false);
     const SDBSectionWZ weldedZ(0.2, 0.08, 0.006, 0.01);
     const SDBSectionR bar(0.1, 0.05);
     const SDBSectionPolygon polygon(0.3, 0.2);
-    for (const SDBSection* s : std::initializer_list<const SDBSection*>{&chs, &angle, &tee, &lipped, &zed, &weldedZ,
-                                                                        &bar, &polygon}) {
+    for (const SDBSection* s : std::initializer_list<const SDBSection*>{&chs, &angle, &lipped, &zed, &weldedZ, &bar,
+                                                                        &polygon}) {
         EXPECT_FALSE(effectiveUnderCompression(*s, S355).has_value()) << s->getType()->getKey();
         EXPECT_FALSE(effectiveUnderBending(*s, S355, Axis::y, true).has_value()) << s->getType()->getKey();
     }
