@@ -13,6 +13,13 @@
 //  - Angles and Z sections: flexural buckling about the principal axes (u with Lcr,y, the minor axis v
 //    with the larger of Lcr,y and Lcr,z); their interaction with moments about the leg axes is outside
 //    our scope, and so is their lateral-torsional buckling unless a critical moment is given.
+//  - Torsional and torsional-flexural buckling (6.3.1.4) of the open kinds with an axis of symmetry or
+//    two: I sections (doubly symmetric: Ncr = Ncr,T), I sections with unequal flanges and tees (symmetric
+//    about z), channels U, WU and C (symmetric about y); the shear centre from the plates' dimensions;
+//    lT = L_LT when given, else L_cr,z, with fork conditions at the ends; the curve of the z axis; its
+//    Nb,T,Rd joins memberCompression. "Not verified" for angles and Z sections (principal axes), and where
+//    no torsional length is given; no torsional mode where the request says the member is restrained
+//    against twist, and none for closed and solid sections (6.3.1.4(1): open sections).
 //  - Mcr: the host's, the numerical one, EnCriticalMoment's; where none is found the closed form of
 //    uniform moment with C1 = 1 (a load on the top flange at C2 = 0.5) for sections symmetric about y,
 //    "not verified" for angles, Z sections, tees and I sections with unequal flanges.
@@ -159,6 +166,40 @@ struct AxisWork {
     double u = 0.0;                          // NEd / Nb,Rd under compression
 };
 
+// ---- torsional and torsional-flexural buckling -------------------------------------------------------
+
+enum class TorsionState : unsigned char {
+    NotAsked,    // a closed or solid section (6.3.1.4(1): open sections only), or a kind without a rule
+    Restrained,  // the member is restrained against twist (asked for): no torsional mode
+    NotChecked,  // an open section whose check is outside our scope or lacks an input (a flag says so)
+    Computed,
+};
+
+// Where the shear centre lies: on the axis of symmetry ('z' for tees and I sections with unequal flanges,
+// 'y' for channels), at the distance y0 from the centroid; axis 0 for a doubly symmetric section.
+struct ShearCentre {
+    bool known = false;
+    char axis = 0;
+    double y0 = 0.0;
+    double centroid = 0.0;  // the centroid from the reference of the formula (the trace's numbers)
+    double offset = 0.0;    // the shear centre from the same reference
+    bool plateCentroid = false;  // the row gives no centroid offset: the plates' centroid is used
+};
+
+struct TorsionWork {
+    TorsionState state = TorsionState::NotAsked;
+    const char* why = "";      // NotChecked, Restrained: the reason
+    ShearCentre sc;
+    bool lengthFromLT = false; // lT = L_LT (else L_cr,z)
+    double lT = 0.0, iy2 = 0.0, iz2 = 0.0, i02 = 0.0, GIt = 0.0, warping = 0.0, NcrT = 0.0;
+    bool coupled = false;      // symmetric about one axis only: Ncr,TF
+    bool flexureFree = false;  // the axis of symmetry has no flexural length: Ncr,s infinite, Ncr,TF = Ncr,T
+    double NcrS = 0.0, ratio = 0.0, beta = 1.0, NcrTF = 0.0, Ncr = 0.0;
+    double lambda = 0.0, alpha = 0.0, phi = 0.0, chiCurve = 0.0, chi = 1.0, NbRd = 0.0, u = 0.0;
+    BucklingCurve curve = BucklingCurve::none;
+    bool byLambda = false, byRatio = false;  // 6.3.1.2(4)
+};
+
 // ---- lateral-torsional buckling ----------------------------------------------------------------------
 
 enum class LtbState { NotAsked, NoLtb, NotCovered, NoModulus, Computed };
@@ -248,6 +289,7 @@ struct InteractionWork {
     InteractionResult r;
     double NRk = 0.0, MyRk = 0.0, MzRk = 0.0, dMy = 0.0, dMz = 0.0, chiY = 1.0, chiZ = 1.0, Cmy = 1.0, Cmz = 1.0,
            CmLT = 1.0;
+    bool torsionInNz = false;  // chiZ is chi_T (torsional buckling governs)
 };
 
 // ---- shear buckling ----------------------------------------------------------------------------------
@@ -281,6 +323,7 @@ struct Work {
     bool principal = false;         // angles and Z: flexural buckling about u and v
     CurveChoice curves;
     AxisWork axes[2];
+    TorsionWork torsion;
     bool compressionChecked = false;
     LtbWork ltb;
     InteractionWork inter;
@@ -363,6 +406,200 @@ void flexural(const MemberRequest& request, const EnCrossSection& cross, Work& w
         a.NbRd = a.chi * w.Aused * w.fy / w.gammaM1;
         if (w.compression) a.u = NEd / a.NbRd;
     }
+}
+
+// The shear centre of the open kinds from their dimensions (thin-walled plates, fillets neglected), the
+// centroid from the database (getEy, getEz: the true centroid with the fillets); a row without a centroid
+// offset (0, not possible for these kinds) takes the plates' centroid.
+//  - I with unequal flanges: on the web axis, between the flanges' mid-planes at hs I2 / (I1 + I2) below
+//    the top one, Ii = ti bi³ / 12, hs = h - t1 / 2 - t2 / 2 (the shear centre of two flanges joined by a
+//    thin web); doubly symmetric: the centroid.
+//  - Tee: the intersection of the flange's mid-plane with the stem (two plates meeting at a point).
+//  - U, WU: beyond the web, e = 3 b'² tf / (6 b' tf + h' tw) from its centre line, b' = b - tw / 2,
+//    h' = h - tf (the same b', h' as the database's Iw).
+//  - C (lipped, one thickness t, centre line): e = b' t (3 a² b' + 6 c' a² - 8 c'³) / (12 I) from the
+//    web's centre line, a = h - t, b' = b - t, c' = (h - t - c) / 2 the lip from the flange's centre line,
+//    I = t (a³ / 12 + a² b' / 2 + c' a² / 2 - a c'² + 2 c'³ / 3) of the centre line about the axis of
+//    symmetry (the shear flow of each plate's first moment; c' = 0 gives the channel's formula).
+ShearCentre shearCentreOf(Kind kind, const SDBSection& s)
+{
+    ShearCentre c;
+    switch (kind) {
+    case Kind::I: {
+        const auto* I = dynamic_cast<const SDBSectionI*>(&s);
+        if (!I) {
+            // No dimensions: doubly symmetric when the centroid lies at mid-height.
+            c.known = s.getEz() == 0.0;
+            return c;
+        }
+        if (!monoSymmetric(kind, s)) {
+            c.known = true;
+            return c;
+        }
+        const double h = I->getH(), b1 = I->getB(), t1 = I->getT(), tw = I->getS(), b2 = I->getB2(), t2 = I->getT2();
+        const double I1 = t1 * b1 * b1 * b1 / 12.0, I2 = t2 * b2 * b2 * b2 / 12.0;
+        if (!(I1 + I2 > 0.0)) return c;
+        const double hs = h - 0.5 * t1 - 0.5 * t2;
+        c.offset = -0.5 * h + 0.5 * t1 + hs * I2 / (I1 + I2);  // below mid-height
+        c.centroid = s.getEz();
+        if (c.centroid == 0.0) {
+            const double hw = h - t1 - t2, A = b1 * t1 + b2 * t2 + tw * hw;
+            c.centroid = (b1 * t1 * (0.5 * t1 - 0.5 * h) + tw * hw * 0.5 * (t1 - t2) + b2 * t2 * (0.5 * h - 0.5 * t2)) / A;
+            c.plateCentroid = true;
+        }
+        c.axis = 'z';
+        break;
+    }
+    case Kind::T: {
+        const auto* T = dynamic_cast<const SDBSectionT*>(&s);
+        if (!T) return c;
+        const double h = T->getH(), b = T->getB(), tw = T->getS(), tf = T->getT();
+        c.offset = 0.5 * tf;  // below the top of the flange
+        c.centroid = s.getEz();
+        if (c.centroid == 0.0) {
+            const double A = b * tf + tw * (h - tf);
+            c.centroid = (b * tf * 0.5 * tf + tw * (h - tf) * 0.5 * (h + tf)) / A;
+            c.plateCentroid = true;
+        }
+        c.axis = 'z';
+        break;
+    }
+    case Kind::U:
+    case Kind::WU: {
+        double h = 0.0, b = 0.0, tw = 0.0, tf = 0.0;
+        if (const auto* U = dynamic_cast<const SDBSectionU*>(&s)) {
+            h = U->getH(), b = U->getB(), tw = U->getS(), tf = U->getT();
+        } else if (const auto* W = dynamic_cast<const SDBSectionW*>(&s)) {
+            h = W->getH(), b = W->getFlangeWidth(), tw = W->getS(), tf = W->getT();
+        } else {
+            return c;
+        }
+        const double bp = b - 0.5 * tw, hp = h - tf;
+        const double den = 6.0 * bp * tf + hp * tw;
+        if (!(den > 0.0)) return c;
+        // Measured from the back of the web towards the flanges' tips (-y in the database).
+        c.offset = 0.5 * tw - 3.0 * bp * bp * tf / den;
+        c.centroid = -s.getEy();
+        if (c.centroid == 0.0) {
+            const double hw = h - 2.0 * tf, A = 2.0 * b * tf + hw * tw;
+            c.centroid = (b * tf * b + hw * tw * 0.5 * tw) / A;
+            c.plateCentroid = true;
+        }
+        c.axis = 'y';
+        break;
+    }
+    case Kind::C: {
+        const auto* C = dynamic_cast<const SDBSectionC*>(&s);
+        if (!C) return c;
+        const double h = C->getH(), b = C->getB(), t = C->getT(), cl = 0.5 * (h - t - C->getC());
+        const double a = h - t, bp = b - t;
+        const double Ix = t * (a * a * a / 12.0 + 0.5 * a * a * bp + 0.5 * cl * a * a - a * cl * cl + 2.0 / 3.0 * cl * cl * cl);
+        if (!(Ix > 0.0)) return c;
+        const double e = bp * t * (3.0 * a * a * bp + 6.0 * cl * a * a - 8.0 * cl * cl * cl) / (12.0 * Ix);
+        c.offset = 0.5 * t - e;
+        c.centroid = -s.getEy();
+        if (c.centroid == 0.0) {
+            const double A = t * (a + 2.0 * bp + 2.0 * cl);
+            c.centroid = 0.5 * t + t * (bp * bp + 2.0 * cl * bp) / A;
+            c.plateCentroid = true;
+        }
+        c.axis = 'y';
+        break;
+    }
+    default: return c;
+    }
+    c.y0 = std::fabs(c.offset - c.centroid);
+    c.known = finite(c.y0);
+    return c;
+}
+
+// 6.3.1.4 with Ncr,T and Ncr,TF of the classical theory of thin-walled members (EN 1993-1-3 6.2.3): the
+// torsional mode about the shear centre and, for a section symmetric about one axis, its coupling with
+// flexure about that axis (the smaller root of (Ncr,s - N)(Ncr,T - N) = N² (y0 / i0)², evaluated as
+// 2 Ncr,s Ncr,T / (Ncr,s + Ncr,T + sqrt((Ncr,s - Ncr,T)² + 4 (y0 / i0)² Ncr,s Ncr,T)), the same number as
+// the textbook form without its cancellation as beta tends to 0). lT: L_LT when given, else L_cr,z, with
+// fork conditions at the ends (twist held, warping free). Gross properties for the critical forces; A_eff
+// of class 4 in lambda_T (6.53).
+void torsional(const MemberRequest& request, Work& w)
+{
+    TorsionWork& t = w.torsion;
+    switch (w.kind) {
+    case Kind::I:
+    case Kind::T:
+    case Kind::U:
+    case Kind::WU:
+    case Kind::C: break;
+    case Kind::L:
+    case Kind::Z:
+    case Kind::WZ:
+        t.state = TorsionState::NotChecked;
+        t.why = "an angle or a Z section: its torsional-flexural buckling couples flexure about both principal axes "
+                "with twist about a shear centre off both of them, which the checks do not compute";
+        return;
+    default: return;
+    }
+    if (request.twistRestrained) {
+        t.state = TorsionState::Restrained;
+        t.why = "the member is restrained against twist along its length (asked for): no torsional mode";
+        return;
+    }
+    const SDBSection& s = *w.section;
+    const double LLT = request.lengths.lateralTorsional, Lz = request.lengths.z;
+    t.lengthFromLT = LLT > 0.0;
+    t.lT = t.lengthFromLT ? LLT : Lz > 0.0 ? Lz : 0.0;
+    if (!(t.lT > 0.0) || !finite(t.lT)) {
+        t.state = TorsionState::NotChecked;
+        t.why = "no torsional buckling length (neither L_LT nor L_cr,z): give one, or say that the member is "
+                "restrained against twist";
+        return;
+    }
+    t.sc = shearCentreOf(w.kind, s);
+    if (!t.sc.known) {
+        t.state = TorsionState::NotChecked;
+        t.why = "the section has no dimensions to place its shear centre";
+        return;
+    }
+    const double A = s.getA(), It = s.getIt(), Iw = s.getIw();
+    if (!(A > 0.0) || !(It > 0.0 || Iw > 0.0)) {
+        t.state = TorsionState::NotChecked;
+        t.why = "the section has neither a torsion constant nor a warping constant";
+        return;
+    }
+    t.state = TorsionState::Computed;
+    t.iy2 = s.getIy() / A;
+    t.iz2 = s.getIz() / A;
+    t.i02 = t.iy2 + t.iz2 + t.sc.y0 * t.sc.y0;
+    t.GIt = w.G * It;
+    t.warping = pi * pi * w.E * Iw / (t.lT * t.lT);
+    t.NcrT = (t.GIt + t.warping) / t.i02;
+    t.Ncr = t.NcrT;
+    if (t.sc.axis != 0) {
+        t.coupled = true;
+        const AxisWork& sym = w.axes[t.sc.axis == 'y' ? 0 : 1];
+        t.ratio = t.sc.y0 * t.sc.y0 / t.i02;
+        t.beta = 1.0 - t.ratio;
+        t.flexureFree = !sym.computed;
+        if (t.flexureFree) {
+            t.NcrTF = t.NcrT;
+        } else {
+            t.NcrS = sym.Ncr;
+            const double d = t.NcrS - t.NcrT;
+            t.NcrTF = 2.0 * t.NcrS * t.NcrT / (t.NcrS + t.NcrT + std::sqrt(d * d + 4.0 * t.ratio * t.NcrS * t.NcrT));
+        }
+        t.Ncr = std::min(t.NcrT, t.NcrTF);
+    }
+    // 6.3.1.4(3): the curve of the z axis (Table 6.2).
+    t.curve = w.curves.z;
+    t.alpha = imperfectionFactor(t.curve);
+    t.lambda = std::sqrt(w.Aused * w.fy / t.Ncr);
+    t.phi = 0.5 * (1.0 + t.alpha * (t.lambda - 0.2) + t.lambda * t.lambda);
+    t.chiCurve = flexuralReduction(t.lambda, t.alpha);
+    const double NEd = std::fabs(w.N);
+    t.byLambda = t.lambda <= 0.2;
+    t.byRatio = !t.byLambda && w.compression && NEd <= 0.04 * t.Ncr;
+    t.chi = t.byLambda || t.byRatio || !w.compression ? 1.0 : t.chiCurve;
+    t.NbRd = t.chi * w.Aused * w.fy / w.gammaM1;
+    if (w.compression) t.u = NEd / t.NbRd;
 }
 
 void lateralTorsional(const MemberRequest& request, double numericalMcr, Work& w, EnMember& out)
@@ -499,6 +736,13 @@ void interactionCheck(const MemberRequest& request, const EnCrossSection& cross,
     x.MzRk = w.Wz * w.fy;
     x.chiY = w.axes[0].computed ? w.axes[0].chiCurve : 1.0;
     x.chiZ = w.axes[1].computed ? w.axes[1].chiCurve : 1.0;
+    // (6.62) takes chi_z; where torsional or torsional-flexural buckling governs, chi = min(chi_z, chi_T) in
+    // n_z, as the SCI and ECCS design guides do (lambda_bar_z of the interaction factors stays the flexural
+    // one, as Annex B writes them).
+    if (w.torsion.state == TorsionState::Computed && w.torsion.chiCurve < x.chiZ) {
+        x.chiZ = w.torsion.chiCurve;
+        x.torsionInNz = true;
+    }
     const SteelDesign::MomentDistribution& m = request.moments;
     auto cm = [&](Axis axis) {
         const double c = equivalentMomentFactor(m.getMomentWert(axis, 0), m.getMomentWert(axis, 1),
@@ -715,12 +959,17 @@ void compute(const MemberRequest& request, const EnCrossSection& cross, double n
 
     if (!(class4 && w.compression && !(w.Aused > 0.0))) {
         flexural(request, cross, w);
-        if (w.compression && (w.axes[0].computed || w.axes[1].computed)) {
+        torsional(request, w);
+        const TorsionWork& tor = w.torsion;
+        const bool torsionComputed = tor.state == TorsionState::Computed;
+        if (w.compression && (w.axes[0].computed || w.axes[1].computed || torsionComputed)) {
             w.compressionChecked = true;
             double u = 0.0;
             for (const AxisWork& a : w.axes)
                 if (a.computed) u = std::max(u, a.u);
-            if (!finite(w.axes[0].u) || !finite(w.axes[1].u)) u = std::numeric_limits<double>::infinity();
+            if (torsionComputed) u = std::max(u, tor.u);
+            if (!finite(w.axes[0].u) || !finite(w.axes[1].u) || !finite(tor.u))
+                u = std::numeric_limits<double>::infinity();
             setSlot(out, sCompression, u);
         }
         out.NcrY = w.axes[0].Ncr;
@@ -731,10 +980,17 @@ void compute(const MemberRequest& request, const EnCrossSection& cross, double n
         out.chiZ = w.axes[1].computed ? w.axes[1].chi : 0.0;
         out.NbyRd = w.axes[0].NbRd;
         out.NbzRd = w.axes[1].NbRd;
-        // 6.3.1.4: where the shear centre lies off the centroid, torsional-flexural buckling may govern.
-        const bool offCentre = w.kind == Kind::T || w.kind == Kind::L || w.kind == Kind::U || w.kind == Kind::WU ||
-                               w.kind == Kind::C || w.kind == Kind::Z || w.kind == Kind::WZ || monoSymmetric(w.kind, s);
-        if (w.compressionChecked && offCentre) out.limitations |= TorsionalFlexuralNotChecked;
+        if (torsionComputed) {
+            out.NcrT = tor.NcrT;
+            out.NcrTF = tor.NcrTF;
+            out.lambdaT = tor.lambda;
+            out.chiT = tor.chi;
+            out.NbTRd = tor.NbRd;
+            out.lT = tor.lT;
+            out.y0 = tor.sc.y0;
+        }
+        // 6.3.1.4: an open section whose torsional(-flexural) buckling is not computed is not verified.
+        if (w.compressionChecked && tor.state == TorsionState::NotChecked) out.limitations |= TorsionalFlexuralNotChecked;
     }
 
     lateralTorsional(request, numericalMcr, w, out);
@@ -804,6 +1060,125 @@ std::string modulusName(int cls, const char* axis)
 
 std::string curveText(BucklingCurve curve) { return std::string("curve ") + curveName(curve); }
 
+// The shear centre's formula and numbers by kind (shearCentreOf).
+std::pair<std::string, std::string> shearCentreText(const Work& w)
+{
+    const ShearCentre& c = w.torsion.sc;
+    std::string formula, numbers;
+    switch (w.kind) {
+    case Kind::I:
+        formula = "on the web, h_s I_2 / (I_1 + I_2) below the top flange's mid-plane (I_i = t_i b_i³ / 12, h_s between "
+                  "the flanges' mid-planes); y_0 = |z_s - z_c|";
+        numbers = "z_s = " + mm(c.offset) + ", z_c = " + mm(c.centroid) + " below mid-height";
+        break;
+    case Kind::T:
+        formula = "at the flange's mid-plane (t_f / 2 below the top of the flange); y_0 = z_c - t_f / 2";
+        numbers = "z_c = " + mm(c.centroid) + " below the top, t_f / 2 = " + mm(c.offset);
+        break;
+    case Kind::C:
+        formula = "e = b' t (3 a² b' + 6 c' a² - 8 c'³) / (12 I) beyond the web's centre line (a = h - t, b' = b - t, c' "
+                  "the lip, I of the centre line); y_0 = e + y_c - t / 2";
+        numbers = "shear centre " + mm(-c.offset) + " behind the back of the web, centroid y_c = " + mm(c.centroid) +
+                  " in front of it";
+        break;
+    default:
+        formula = "e = 3 b'² t_f / (6 b' t_f + h' t_w) beyond the web's centre line (b' = b - t_w / 2, h' = h - t_f); "
+                  "y_0 = e + y_c - t_w / 2";
+        numbers = "shear centre " + mm(-c.offset) + " behind the back of the web, centroid y_c = " + mm(c.centroid) +
+                  " in front of it";
+        break;
+    }
+    if (c.plateCentroid) numbers += " (the plates' centroid: the section's row gives none)";
+    return {formula, numbers};
+}
+
+void traceTorsional(Sheet& sheet, const Work& w)
+{
+    const TorsionWork& t = w.torsion;
+    if (t.state == TorsionState::Restrained) {
+        sheet.value(kFlexural, "EN 1993-1-1 6.3.1.4(1)", "N_cr,T", "torsional and torsional-flexural buckling", t.why,
+                    "no torsional mode", 0.0);
+        return;
+    }
+    if (t.state != TorsionState::Computed) return;  // NotChecked: the limitation's line says why
+    const SDBSection& s = *w.section;
+    const bool class4 = w.cls == 4 && w.compression;
+    const std::string areaName = class4 ? "A_eff" : "A";
+    const char* clause = "EN 1993-1-1 6.3.1.4(1)";
+    if (t.coupled) {
+        const auto [formula, numbers] = shearCentreText(w);
+        sheet.value(kFlexural, clause, "y_0",
+                    std::string("shear centre on the axis of symmetry ") + t.sc.axis + ": " + formula, numbers,
+                    mm(t.sc.y0), t.sc.y0);
+    } else {
+        sheet.value(kFlexural, clause, "y_0", "doubly symmetric: the shear centre is the centroid", "y_0 = 0", mm(0.0),
+                    0.0);
+    }
+    sheet.value(kFlexural, clause, "l_T",
+                t.lengthFromLT ? "L_LT, fork conditions at the ends (twist held, warping free)"
+                               : "L_cr,z (no L_LT given), fork conditions at the ends (twist held, warping free)",
+                metres(t.lT), metres(t.lT), t.lT);
+    sheet.value(kFlexural, clause, "i_0²", "i_y² + i_z² + y_0² (i_y² = I_y / A, i_z² = I_z / A)",
+                cm2(t.iy2) + " + " + cm2(t.iz2) + " + (" + mm(t.sc.y0) + ")²", cm2(t.i02), t.i02);
+    sheet.value(kFlexural, clause, "N_cr,T", "(G I_t + pi² E I_w / l_T²) / i_0²",
+                "(" + stress(w.G) + " · " + cm4(s.getIt()) + " + pi² · " + stress(w.E) + " · " + cm6(s.getIw()) +
+                    " / (" + metres(t.lT) + ")²) / " + cm2(t.i02),
+                kN(t.NcrT), t.NcrT);
+    if (t.coupled) {
+        const std::string a(1, t.sc.axis);
+        const char* tfClause = "EN 1993-1-1 6.3.1.4(2), EN 1993-1-3 6.2.3(7) (6.35)";
+        sheet.value(kFlexural, tfClause, "beta", "1 - (y_0 / i_0)²",
+                    "1 - (" + mm(t.sc.y0) + ")² / " + cm2(t.i02), factor(t.beta), t.beta);
+        if (t.flexureFree) {
+            sheet.value(kFlexural, tfClause, "N_cr,TF", "N_cr,T where no flexural buckling about " + a + " is asked",
+                        "no L_cr," + a + ": N_cr," + a + " unbounded, the coupled mode is the torsional one",
+                        kN(t.NcrTF), t.NcrTF);
+        } else {
+            const std::string S = kN(t.NcrS), T = kN(t.NcrT), R = factor(t.ratio);
+            sheet.value(kFlexural, tfClause, "N_cr,TF",
+                        "N_cr," + a + " / (2 beta) (1 + N_cr,T / N_cr," + a + " - sqrt((1 - N_cr,T / N_cr," + a +
+                            ")² + 4 (y_0 / i_0)² N_cr,T / N_cr," + a + ")), N_cr," + a +
+                            " of flexure about the axis of symmetry",
+                        S + " / (2 · " + factor(t.beta) + ") · (1 + " + T + " / " + S + " - sqrt((1 - " + T + " / " + S +
+                            ")² + 4 · " + R + " · " + T + " / " + S + "))",
+                        kN(t.NcrTF), t.NcrTF);
+        }
+        sheet.value(kFlexural, "EN 1993-1-1 6.3.1.4(2)", "N_cr", "min(N_cr,T, N_cr,TF)",
+                    "min(" + kN(t.NcrT) + ", " + kN(t.NcrTF) + ")", kN(t.Ncr), t.Ncr);
+    }
+    sheet.value(kFlexural, class4 ? "EN 1993-1-1 6.3.1.4(2) (6.53)" : "EN 1993-1-1 6.3.1.4(2) (6.52)", "lambda_bar_T",
+                "sqrt(" + areaName + " fy / N_cr)" + (t.coupled ? "" : ", N_cr = N_cr,T"),
+                "sqrt(" + cm2(w.Aused) + " · " + stress(w.fy) + " / " + kN(t.Ncr) + ")", factor(t.lambda), t.lambda);
+    sheet.value(kFlexural, "EN 1993-1-1 6.3.1.4(3), Table 6.2, Table 6.1", "alpha_T",
+                std::string("the curve of the z axis: ") + w.curves.why, curveText(t.curve), factor(t.alpha), t.alpha);
+    sheet.value(kFlexural, "EN 1993-1-1 6.3.1.2(1) (6.49)", "Phi_T", "0.5 (1 + alpha (lambda_bar_T - 0.2) + lambda_bar_T²)",
+                "0.5 · (1 + " + factor(t.alpha) + " · (" + factor(t.lambda) + " - 0.2) + " + factor(t.lambda) + "²)",
+                factor(t.phi), t.phi);
+    std::string chiNumbers = "1 / (" + factor(t.phi) + " + sqrt(" + factor(t.phi) + "² - " + factor(t.lambda) +
+                             "²)) = " + factor(t.chiCurve);
+    const char* chiClause = "EN 1993-1-1 6.3.1.2(1) (6.49)";
+    const double NEd = std::fabs(w.N);
+    if (t.byLambda) {
+        chiNumbers = "lambda_bar_T = " + factor(t.lambda) + " <= 0.2: buckling effects ignored";
+        chiClause = "EN 1993-1-1 6.3.1.2(4)";
+    } else if (t.byRatio) {
+        chiNumbers = "N_Ed / N_cr = " + kN(NEd) + " / " + kN(t.Ncr) + " = " + factor(NEd / t.Ncr) +
+                     " <= 0.04: buckling effects ignored ((6.62) takes the curve's chi_T = " + factor(t.chiCurve) + ")";
+        chiClause = "EN 1993-1-1 6.3.1.2(4)";
+    } else if (!w.compression) {
+        chiNumbers = "no compression: chi = 1.0";
+    }
+    sheet.value(kFlexural, chiClause, "chi_T", "1 / (Phi_T + sqrt(Phi_T² - lambda_bar_T²)) <= 1.0", chiNumbers,
+                factor(t.chi), t.chi);
+    sheet.value(kFlexural, class4 ? "EN 1993-1-1 6.3.1.1(3) (6.48)" : "EN 1993-1-1 6.3.1.1(3) (6.47)", "N_b,T,Rd",
+                "chi_T " + areaName + " fy / gamma_M1",
+                factor(t.chi) + " · " + cm2(w.Aused) + " · " + stress(w.fy) + " / " + gamma(w.gammaM1), kN(t.NbRd),
+                t.NbRd);
+    if (w.compression)
+        sheet.utilization(kFlexural, "EN 1993-1-1 6.3.1.1(1) (6.46), 6.3.1.4", "N_Ed / N_b,T,Rd", "|N_Ed| / N_b,T,Rd",
+                          magnitude(kN(w.N)) + " / " + kN(t.NbRd), t.u, false);
+}
+
 void traceFlexural(Sheet& sheet, const MemberRequest& request, const Work& w, const EnMember& out)
 {
     const bool class4 = w.cls == 4 && w.compression;
@@ -852,10 +1227,18 @@ void traceFlexural(Sheet& sheet, const MemberRequest& request, const Work& w, co
             sheet.utilization(kFlexural, "EN 1993-1-1 6.3.1.1(1) (6.46)", "N_Ed / N_b," + n + ",Rd",
                               "|N_Ed| / N_b," + n + ",Rd", magnitude(kN(w.N)) + " / " + kN(a.NbRd), a.u, false);
     }
-    if (const kat::Nullable<double> u = out.utilization[sCompression])
-        sheet.utilization(kFlexural, "EN 1993-1-1 6.3.1", "flexural buckling",
-                          std::string("max(N_Ed / N_b,") + w.axes[0].name + ",Rd, N_Ed / N_b," + w.axes[1].name + ",Rd)",
-                          "max(" + factor(w.axes[0].u) + ", " + factor(w.axes[1].u) + ")", u.value(), false);
+    traceTorsional(sheet, w);
+    if (const kat::Nullable<double> u = out.utilization[sCompression]) {
+        const bool torsion = w.torsion.state == TorsionState::Computed;
+        std::string formula = std::string("max(N_Ed / N_b,") + w.axes[0].name + ",Rd, N_Ed / N_b," + w.axes[1].name + ",Rd";
+        std::string numbers = "max(" + factor(w.axes[0].u) + ", " + factor(w.axes[1].u);
+        if (torsion) {
+            formula += ", N_Ed / N_b,T,Rd";
+            numbers += ", " + factor(w.torsion.u);
+        }
+        sheet.utilization(kFlexural, torsion ? "EN 1993-1-1 6.3.1, 6.3.1.4" : "EN 1993-1-1 6.3.1", "flexural buckling",
+                          formula + ")", numbers + ")", u.value(), false);
+    }
     (void)request;
 }
 
@@ -1026,7 +1409,9 @@ void traceInteraction(Sheet& sheet, const MemberRequest& request, const Work& w)
     sheet.value(kInteraction, "EN 1993-1-1 6.3.3(4)", "n_y", "N_Ed / (chi_y N_Rk / gamma_M1)",
                 magnitude(kN(w.N)) + " / (" + factor(x.chiY) + " · " + kN(x.NRk) + " / " + gamma(w.gammaM1) + ")", NY,
                 in.ny);
-    sheet.value(kInteraction, "EN 1993-1-1 6.3.3(4)", "n_z", "N_Ed / (chi_z N_Rk / gamma_M1)",
+    sheet.value(kInteraction, "EN 1993-1-1 6.3.3(4)", "n_z",
+                x.torsionInNz ? "N_Ed / (min(chi_z, chi_T) N_Rk / gamma_M1) (torsional buckling governs: chi_T)"
+                              : "N_Ed / (chi_z N_Rk / gamma_M1)",
                 magnitude(kN(w.N)) + " / (" + factor(x.chiZ) + " · " + kN(x.NRk) + " / " + gamma(w.gammaM1) + ")", NZ,
                 in.nz);
     const std::string table1 =
@@ -1171,7 +1556,7 @@ void traceLimitations(Sheet& sheet, const Work& w, std::uint32_t limitations)
                           describe(LateralTorsionalNotCovered));
     if (limitations & TorsionalFlexuralNotChecked)
         sheet.notVerified(kFlexural, "EN 1993-1-1 6.3.1.4", "not verified", "torsional-flexural buckling",
-                          describe(TorsionalFlexuralNotChecked));
+                          *w.torsion.why ? w.torsion.why : describe(TorsionalFlexuralNotChecked));
     if (limitations & CrossSectionIncomplete)
         sheet.notVerified(kFlexural, "EN 1993-1-1 6.3", "not verified", "member checks", w.stopWhy);
     if (limitations & NonFiniteUtilization)

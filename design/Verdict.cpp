@@ -58,8 +58,8 @@ const char* describe(Limitation limitation)
         return "lateral-torsional buckling of this section kind needs its critical moment about the principal axes "
                "(angles and Z sections), which the checks do not compute";
     case TorsionalFlexuralNotChecked:
-        return "torsional and torsional-flexural buckling (6.3.1.4) of a section whose shear centre lies off its "
-               "centroid (tee, channel, angle, Z, unequal flanges) is not checked, only flexural buckling";
+        return "torsional and torsional-flexural buckling (6.3.1.4) is not checked: an angle or a Z section (its "
+               "principal axes are not used), or a member without a torsional buckling length (LLT or Lcr,z)";
     case NonPrincipalBending:
         return "bending of an angle or a Z section about axes parallel to its legs or flanges, which are not its "
                "principal axes: the checks in bending need the principal axes, which they do not use";

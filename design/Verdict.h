@@ -53,9 +53,8 @@ enum Limitation : std::uint32_t {
     // EN 1993-1-1 evaluation: lateral-torsional buckling of a section kind whose critical moment is outside
     // our scope (angles and Z sections: bending about axes that are not principal).
     LateralTorsionalNotCovered = 1u << 11,
-    // EN 1993-1-1 evaluation: compression of a section whose shear centre lies off its centroid (tees,
-    // channels, angles, Z sections, I sections with unequal flanges): torsional and torsional-flexural
-    // buckling (6.3.1.4) may govern and is not checked.
+    // EN 1993-1-1 evaluation: torsional and torsional-flexural buckling (6.3.1.4) of a member in
+    // compression is not checked: an angle or a Z section (principal axes), or no torsional buckling length.
     TorsionalFlexuralNotChecked = 1u << 12,
     // EN 1993-1-1 evaluation: bending of an angle or a Z section, whose y and z are not its principal axes:
     // the stresses and resistances in bending need the principal axes.
