@@ -55,8 +55,9 @@ const char* describe(Limitation limitation)
         return "class 4: the effective section of this section kind is outside EN 1993-1-1 and EN 1993-1-5 4.3 "
                "(a circular hollow section needs EN 1993-1-6)";
     case LateralTorsionalNotCovered:
-        return "lateral-torsional buckling of this section kind needs its critical moment about the principal axes "
-               "(angles and Z sections), which the checks do not compute";
+        return "lateral-torsional buckling is not computed for this member: an angle or a Z section needs its critical "
+               "moment about the principal axes, and a class 4 section whose only moment about y is N eN of its "
+               "effective centroid needs the critical moment of that moment";
     case TorsionalFlexuralNotChecked:
         return "torsional and torsional-flexural buckling (6.3.1.4) is not checked: an angle or a Z section (its "
                "principal axes are not used), or a member without a torsional buckling length (LLT or Lcr,z)";
