@@ -1,7 +1,7 @@
 // Fuzz target: the batch's reader (CSV and JSON Lines) and the evaluation of every row it gives.
-// Holds: nothing crashes; a bad header is an InputError; a rejected row says why; a checked row with a
-// utilization that is not finite gives its reason and is not fulfilled; a fulfilled row has no
-// limitation.
+// Holds, under the library's rules and EN rules: nothing crashes; a bad header is an InputError; a rejected
+// row says why; a checked row with a utilization that is not finite gives its reason and is not fulfilled; a
+// fulfilled row has no limitation; under EN rules no utilization is negative.
 
 #include <cli/BatchInput.h>
 #include <cli/BatchRun.h>
@@ -36,18 +36,26 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         std::vector<cli::BatchRow> rows;
         while (reader.next(rows, 64)) {
             for (const cli::BatchRow& row : rows) {
-                const cli::RowResult r = cli::evaluateRow(row);
-                if (r.rejected) {
-                    require(!r.errorMessage.empty());
-                    continue;
+                // Under the library's rules and under EN rules (the EN 1993-1-1 evaluation of the row).
+                for (const design::Rules rules : {design::Rules::Library, design::Rules::En}) {
+                    const cli::RowResult r = cli::evaluateRow(row, rules);
+                    if (r.rejected) {
+                        require(!r.errorMessage.empty());
+                        continue;
+                    }
+                    bool allFinite = std::isfinite(r.governingUtilization) || r.governing.empty();
+                    for (const auto& u : r.crossSection) allFinite = allFinite && finite(u);
+                    for (const auto& u : r.member) allFinite = allFinite && finite(u);
+                    // A utilization that is not a number is reported (a reason), and never fulfilled; a row
+                    // may still be not fulfilled by another check that exceeds 1.
+                    if (!allFinite) require(r.verdict != design::Verdict::Fulfilled && r.limitations != 0);
+                    if (r.verdict == design::Verdict::Fulfilled) require(r.limitations == 0 && allFinite);
+                    // Under EN rules no utilization is negative.
+                    if (rules == design::Rules::En) {
+                        for (const auto& u : r.crossSection) require(!u.hasValue() || !(u.value() < 0.0));
+                        for (const auto& u : r.member) require(!u.hasValue() || !(u.value() < 0.0));
+                    }
                 }
-                bool allFinite = std::isfinite(r.governingUtilization) || r.governing.empty();
-                for (const auto& u : r.crossSection) allFinite = allFinite && finite(u);
-                for (const auto& u : r.member) allFinite = allFinite && finite(u);
-                // A utilization that is not a number is reported (a reason), and never fulfilled; a row may
-                // still be not fulfilled by another check that exceeds 1.
-                if (!allFinite) require(r.verdict != design::Verdict::Fulfilled && r.limitations != 0);
-                if (r.verdict == design::Verdict::Fulfilled) require(r.limitations == 0 && allFinite);
             }
         }
     } catch (const cli::InputError&) {
