@@ -40,7 +40,7 @@ Verdict memberVerdict(const EnMember& member)
     std::uint32_t limitations = member.limitations;
     for (const kat::Nullable<double>& u : member.utilization) {
         if (!u.hasValue()) continue;
-        if (!std::isfinite(u.value())) limitations |= NonFiniteUtilization;
+        if (std::isnan(u.value()) || u.value() < 0.0) limitations |= NonFiniteUtilization;
         else if (enExceeds(u.value())) exceeded = true;
     }
     return verdictOf(exceeded, limitations);
@@ -95,7 +95,9 @@ void evaluateEn(const CrossSectionRequest& cross, double gammaM0, const MemberRe
         const kat::Nullable<double>& u = out.utilizations[i];
         if (!u.hasValue()) continue;
         const double v = u.value();
-        if (!std::isfinite(v)) {
+        // +inf: the resistance is used up by another action (the shear area by torsion, the section by N
+        // under shear): the check fails. A value that is not a number says nothing: not verified.
+        if (std::isnan(v) || v < 0.0) {
             limitations |= NonFiniteUtilization;
             continue;
         }

@@ -46,9 +46,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                     bool allFinite = std::isfinite(r.governingUtilization) || r.governing.empty();
                     for (const auto& u : r.crossSection) allFinite = allFinite && finite(u);
                     for (const auto& u : r.member) allFinite = allFinite && finite(u);
-                    // A utilization that is not a number is reported (a reason), and never fulfilled; a row
-                    // may still be not fulfilled by another check that exceeds 1.
-                    if (!allFinite) require(r.verdict != design::Verdict::Fulfilled && r.limitations != 0);
+                    // A utilization that is not finite is never fulfilled: under the library's rules it is
+                    // reported (a reason); under EN rules +inf (a resistance used up) is not fulfilled and a
+                    // value that is not a number has its reason.
+                    if (!allFinite) require(r.verdict != design::Verdict::Fulfilled);
+                    if (!allFinite && rules == design::Rules::Library) require(r.limitations != 0);
                     if (r.verdict == design::Verdict::Fulfilled) require(r.limitations == 0 && allFinite);
                     // Under EN rules no utilization is negative.
                     if (rules == design::Rules::En) {
