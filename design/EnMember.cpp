@@ -290,6 +290,7 @@ struct InteractionWork {
     double NRk = 0.0, MyRk = 0.0, MzRk = 0.0, dMy = 0.0, dMz = 0.0, chiY = 1.0, chiZ = 1.0, Cmy = 1.0, Cmz = 1.0,
            CmLT = 1.0;
     bool torsionInNz = false;  // chiZ is chi_T (torsional buckling governs)
+    bool shiftLT = false;      // chiLT of the moment N eN,y alone (class 4, no moment about y)
 };
 
 // ---- shear buckling ----------------------------------------------------------------------------------
@@ -717,12 +718,37 @@ void interactionCheck(const MemberRequest& request, const EnCrossSection& cross,
     const double NEd = w.compression ? std::fabs(w.N) : 0.0;
     x.dMy = class4 && w.compression ? NEd * std::fabs(cross.eNy) : 0.0;
     x.dMz = class4 && w.compression ? NEd * std::fabs(cross.eNz) : 0.0;
-    // N eN,y bends a member free to buckle laterally about y: chiLT would need the critical moment of
-    // that uniform moment, which is not computed without a moment about y.
+    // N eN,y bends a member free to buckle laterally about y (a class 4 section without a moment about y):
+    // chiLT of that uniform moment, in the sense that gives the lower chiLT (the effective centroid's side
+    // decides which flange or tip is compressed; both are tried, on the safe side).
+    double shiftChiLT = -1.0;
     if (x.dMy > 0.0 && !w.bendY && request.lengths.lateralTorsional > 0.0) {
-        x.blocked = true;
-        out.limitations |= LateralTorsionalNotCovered;
-        return;
+        const SteelDesign::Forces& f = request.forces;
+        for (const double sense : {1.0, -1.0}) {
+            const double M = sense * x.dMy;
+            MemberRequest shifted = request;
+            shifted.forces = SteelDesign::Forces(f.getN(), M, f.getMz(), f.getMt(), f.getVy(), f.getVz());
+            const SteelDesign::MomentDistribution& m = request.moments;
+            shifted.moments = makeMoments({M, M, M}, SteelDesign::MomentDiagram::Polygonal,
+                                          {m.getMomentWert(Axis::z, 0), m.getMomentWert(Axis::z, 1),
+                                           m.getMomentWert(Axis::z, 2)},
+                                          m.getMomentDiagram(Axis::z), std::nullopt,
+                                          SteelDesign::ApplicationPoint::Center, 0.0);
+            Work scratch = w;
+            scratch.My = M;
+            scratch.bendY = true;
+            scratch.ltb = LtbWork{};
+            EnMember ignored;
+            lateralTorsional(shifted, 0.0, scratch, ignored);
+            const LtbWork& t = scratch.ltb;
+            if (t.state != LtbState::Computed && t.state != LtbState::NoLtb) {
+                x.blocked = true;
+                out.limitations |= LateralTorsionalNotCovered;
+                return;
+            }
+            shiftChiLT = shiftChiLT < 0.0 ? t.chiInteraction : std::min(shiftChiLT, t.chiInteraction);
+        }
+        x.shiftLT = true;
     }
     const double My = std::fabs(w.My) + x.dMy, Mz = std::fabs(w.Mz) + x.dMz;
     if ((My > 0.0 && !(w.Wy > 0.0)) || (Mz > 0.0 && !(w.Wz > 0.0))) {
@@ -752,7 +778,9 @@ void interactionCheck(const MemberRequest& request, const EnCrossSection& cross,
     x.Cmy = cm(Axis::y);
     x.Cmz = cm(Axis::z);
     x.CmLT = std::max(x.Cmy, 0.4);
-    const double chiLT = w.ltb.state == LtbState::Computed || w.ltb.state == LtbState::NoLtb ? w.ltb.chiInteraction : 1.0;
+    const double chiLT = shiftChiLT >= 0.0 ? shiftChiLT
+                         : w.ltb.state == LtbState::Computed || w.ltb.state == LtbState::NoLtb ? w.ltb.chiInteraction
+                                                                                               : 1.0;
     InteractionInput& in = x.in;
     in.ny = NEd / (x.chiY * x.NRk / w.gammaM1);
     in.nz = NEd / (x.chiZ * x.NRk / w.gammaM1);
@@ -767,7 +795,7 @@ void interactionCheck(const MemberRequest& request, const EnCrossSection& cross,
     in.MzRd = x.MzRk / w.gammaM1;
     in.plastic = w.cls <= 2;
     in.iSection = w.kind == Kind::I;
-    const bool freeToTwist = w.ltb.state == LtbState::Computed || request.torsionallyDeformable;
+    const bool freeToTwist = w.ltb.state == LtbState::Computed || shiftChiLT >= 0.0 || request.torsionallyDeformable;
     in.torsionallyDeformable = freeToTwist && !request.twistRestrained;
     in.kzyZeroWithoutMz = false;
     in.signedMoments = false;
@@ -1465,7 +1493,10 @@ void traceInteraction(Sheet& sheet, const MemberRequest& request, const Work& w)
     }
     const double chiLT = in.MyRd61 * w.gammaM1 / std::max(x.MyRk, 1e-300);
     std::string chiWhy;
-    if (!w.bendY || w.ltb.state == LtbState::NotAsked) chiWhy = "chi_LT = 1.0 (lateral-torsional buckling not checked)";
+    if (x.shiftLT)
+        chiWhy = "chi_LT of the uniform moment N e_N,y alone, the lower of its two senses = " + factor(chiLT);
+    else if (!w.bendY || w.ltb.state == LtbState::NotAsked)
+        chiWhy = "chi_LT = 1.0 (lateral-torsional buckling not checked)";
     else if (w.ltb.state == LtbState::NoLtb) chiWhy = "chi_LT = 1.0 (no lateral-torsional buckling)";
     else if (w.ltb.plateau) chiWhy = "chi_LT = 1.0 (lambda_bar_LT <= 0.4)";
     else

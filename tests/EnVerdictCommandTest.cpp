@@ -126,6 +126,27 @@ TEST(EnVerdictCommand, TensionWithBendingUnderUplift)
     EXPECT_TRUE(uplift.at("utilizations").at("memberCompressionBending").is_null());
 }
 
+// A class 4 cut tee in compression alone: Aeff, and the moment N eN of its effective centroid, whose
+// lateral-torsional buckling takes the lower chiLT of the two senses (the stem tip or the flange in
+// compression); the library leaves it not verified.
+TEST(EnVerdictCommand, Class4TeeColumnWithTheMomentOfItsEffectiveCentroid)
+{
+    const auto j = runJson("member \"TIPE 300\" --steel S355 --length 3 --N -150", 0);
+    EXPECT_EQ(j.at("class"), 4);
+    EXPECT_EQ(j.at("verdict"), "fulfilled");
+    EXPECT_TRUE(j.at("notVerified").is_null());
+    EXPECT_EQ(j.at("library").at("verdict"), "not verified");
+    EXPECT_GT(traceValue(j, "M_y,Rd"), 0.0);
+    bool shiftLine = false;
+    for (const auto& line : j.at("trace"))
+        if (line.at("symbol") == "M_y,Rd" && line.at("numbers").get<std::string>().find("N e_N,y") != std::string::npos)
+            shiftLine = true;
+    EXPECT_TRUE(shiftLine);
+    // (6.61) and (6.62) carry N eN: compression and bending is above compression alone.
+    EXPECT_GT(j.at("utilizations").at("memberCompressionBending").get<double>(),
+              j.at("utilizations").at("memberCompression").get<double>());
+}
+
 // The example model: every row gets a verdict by EN 1993-1-1 (the library leaves 12 rows of tension with
 // bending not verified), no utilization is negative, and the batch's columns name the library's value.
 TEST(EnVerdictCommand, ExampleModelRowsAllGetAVerdict)
@@ -159,7 +180,9 @@ TEST(EnVerdictCommand, NoNegativeUtilizationOnRandomRows)
         const auto j = nlohmann::json::parse(line);
         ++rows;
         for (const auto& [name, u] : j.at("utilizations").items()) {
-            if (u.is_number()) EXPECT_GE(u.get<double>(), 0.0) << j.at("id") << " " << name;
+            if (u.is_number()) {
+                EXPECT_GE(u.get<double>(), 0.0) << j.at("id") << " " << name;
+            }
         }
         if (j.at("governingUtilization").is_number()) {
             EXPECT_GE(j.at("governingUtilization").get<double>(), 0.0);
