@@ -56,8 +56,8 @@ const char* describe(Limitation limitation)
                "(a circular hollow section needs EN 1993-1-6)";
     case LateralTorsionalNotCovered:
         return "lateral-torsional buckling is not computed for this member: an angle or a Z section needs its critical "
-               "moment about the principal axes, and a class 4 section whose only moment about y is N eN of its "
-               "effective centroid needs the critical moment of that moment";
+               "moment about the principal axes, and a tee or an I section with unequal flanges whose critical moment "
+               "is not found cannot take the closed form (it leaves out the Wagner term)";
     case TorsionalFlexuralNotChecked:
         return "torsional and torsional-flexural buckling (6.3.1.4) is not checked: an angle or a Z section (its "
                "principal axes are not used), or a member without a torsional buckling length (LLT or Lcr,z)";

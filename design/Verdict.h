@@ -51,8 +51,8 @@ enum Limitation : std::uint32_t {
     // (circular hollow sections need EN 1993-1-6; solid and cold-formed kinds without plates).
     Class4NotCovered = 1u << 10,
     // EN 1993-1-1 evaluation: lateral-torsional buckling whose critical moment is outside our scope
-    // (angles and Z sections: bending about axes that are not principal; the moment N eN of a class 4
-    // section without a moment about y).
+    // (angles and Z sections: bending about axes that are not principal; a tee or an unequal-flange I whose
+    // critical moment is not found).
     LateralTorsionalNotCovered = 1u << 11,
     // EN 1993-1-1 evaluation: torsional and torsional-flexural buckling (6.3.1.4) of a member in
     // compression is not checked: an angle or a Z section (principal axes), or no torsional buckling length.
