@@ -498,35 +498,6 @@ bool solveSeries(const Member& m, double precision, double coarseLambda, const d
     return false;
 }
 
-// The finite-element analysis with the request's member (as numericalCriticalMoment builds it).
-double finiteElementMcr(const McrSection& s, double L, double E, double G, double M1, double Mm, double M2,
-                        bool parabolic, SteelDesign::ApplicationPoint point, double cTheta)
-{
-    CriticalMomentInput in;
-    in.E = E;
-    in.G = G;
-    in.section = s;
-    in.length = L;
-    in.moments = McrMomentDiagram::threeValues(
-        L, M1, Mm, M2, parabolic ? McrMomentDiagram::Shape::Parabolic : McrMomentDiagram::Shape::Polygonal);
-    if (point != SteelDesign::ApplicationPoint::Center) {
-        const McrLevel level{point == SteelDesign::ApplicationPoint::Top ? McrHeight::TopFlange : McrHeight::BottomFlange,
-                             0.0};
-        const double d = Mm - 0.5 * (M1 + M2);
-        if (parabolic) {
-            in.q = 8.0 * d / (L * L);
-            in.qLevel = level;
-        } else if (d != 0.0) {
-            in.pointLoads.push_back({0.5 * L, 4.0 * d / L, level});
-        }
-    }
-    in.cTheta = cTheta;
-    in.withC1 = false;
-    in.withShape = false;
-    const CriticalMomentResult r = criticalMoment(in);
-    return r.ok ? r.mcr : 0.0;
-}
-
 } // namespace
 
 EnCriticalMoment enCriticalMoment(const MemberRequest& request, double E, double G)
@@ -662,7 +633,8 @@ EnCriticalMoment enCriticalMoment(const MemberRequest& request, double E, double
     }
     if (!(Mcr > 0.0) || !finite(Mcr)) {
         // No series resolves the mode: the finite-element analysis (allocates; rare).
-        Mcr = finiteElementMcr(s, L, E, G, M1, Mm, M2, parabolic, point, cTheta);
+        const CriticalMomentResult fe = criticalMoment(criticalMomentInput(request, s, E, G));
+        Mcr = fe.ok ? fe.mcr : 0.0;
         if (!(Mcr > 0.0) || !finite(Mcr)) return out;
         out.terms = 0;
         out.seriesChange = 0.0;

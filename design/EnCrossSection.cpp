@@ -455,15 +455,6 @@ bool effectiveProperties(Work& w, const Forces& f, EnCrossSection& out)
 
 // ---- trace ----------------------------------------------------------------------------------------------
 
-constexpr const char* kClassification = "classification";
-constexpr const char* kAxial = "axial force";
-constexpr const char* kBending = "bending";
-constexpr const char* kShear = "shear";
-constexpr const char* kTorsion = "torsion";
-constexpr const char* kShearBending = "bending and shear";
-constexpr const char* kAxialBending = "bending and axial force";
-constexpr const char* kAxialShearBending = "bending, shear and axial force";
-
 std::string ratioText(double v) { return fixed(v, 2); }
 
 void traceClassification(Sheet& sheet, const Work& w)

@@ -1075,11 +1075,6 @@ void compute(const MemberRequest& request, const EnCrossSection& cross, double n
 
 using namespace tracetext;
 
-constexpr const char* kFlexural = "flexural buckling";
-constexpr const char* kLateralTorsional = "lateral-torsional buckling";
-constexpr const char* kInteraction = "compression and bending";
-constexpr const char* kShearBuckling = "shear buckling";
-
 std::string modulusName(int cls, const char* axis)
 {
     std::string n = cls <= 2 ? "W_pl," : cls == 3 ? "W_el," : "W_eff,";

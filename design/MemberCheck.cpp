@@ -38,10 +38,20 @@ double numericalCriticalMoment(const MemberRequest& request, const SectionInitia
     const double L = request.lengths.lateralTorsional;
     const double M1 = m.getMomentWert(Axis::y, 0), Mm = m.getMomentWert(Axis::y, 1), M2 = m.getMomentWert(Axis::y, 2);
     if (!(L > 0.0) || (M1 == 0.0 && Mm == 0.0 && M2 == 0.0)) return 0.0;
+    const CriticalMomentResult r =
+        criticalMoment(criticalMomentInput(request, mcrSection(*request.section), initializer.getEs(), initializer.getG()));
+    return r.ok ? r.mcr : 0.0;
+}
+
+CriticalMomentInput criticalMomentInput(const MemberRequest& request, const McrSection& section, double E, double G)
+{
+    const MomentDistribution& m = request.moments;
+    const double L = request.lengths.lateralTorsional;
+    const double M1 = m.getMomentWert(Axis::y, 0), Mm = m.getMomentWert(Axis::y, 1), M2 = m.getMomentWert(Axis::y, 2);
     CriticalMomentInput in;
-    in.E = initializer.getEs();
-    in.G = initializer.getG();
-    in.section = mcrSection(*request.section);
+    in.E = E;
+    in.G = G;
+    in.section = section;
     in.length = L;
     const bool parabolic = m.getMomentDiagram(Axis::y) == MomentDiagram::Parabolic;
     in.moments = McrMomentDiagram::threeValues(
@@ -62,8 +72,7 @@ double numericalCriticalMoment(const MemberRequest& request, const SectionInitia
     in.cTheta = request.cTheta;
     in.withC1 = false;
     in.withShape = false;
-    const CriticalMomentResult r = criticalMoment(in);
-    return r.ok ? r.mcr : 0.0;
+    return in;
 }
 
 bool usesRolledMethod(LateralTorsionalMethod method, const SDBSection& section)

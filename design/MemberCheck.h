@@ -6,6 +6,7 @@
 // verifyShearBuckling), with the verdict and what the member check does not cover for these actions.
 
 #include "BucklingLengths.h"
+#include "CriticalMomentSolver.h"
 #include "Verdict.h"
 
 #include <KaMaterial.h>
@@ -100,6 +101,10 @@ void completeMember(const MemberRequest& request, MemberOutcome& outcome);
 // application point (the transverse load that the diagram implies), the rotational restraint C_theta as a
 // continuous torsional restraint. 0 when none is found or the member has no bending about y.
 double numericalCriticalMoment(const MemberRequest& request, const SteelDesign::SectionInitializer& initializer);
+
+// The input of that analysis for the request: the section's properties of the analysis (mcrSection), E
+// and G (kN/m²); the length, the diagram, the transverse load and the restraint as above.
+CriticalMomentInput criticalMomentInput(const MemberRequest& request, const McrSection& section, double E, double G);
 
 // The Limitation flags of the member check for these actions and this section class, before anything is
 // computed: what the dispatcher of BucklingResistance leaves out on purpose.

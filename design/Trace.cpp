@@ -35,20 +35,6 @@ using K = B::InteractionFactorkxx;
 using Kind = SteelDesign::SectionInitializer::SectionKind;
 using SteelDesign::Axis;
 
-// The check names by which the report groups the lines.
-constexpr const char* kClassification = "classification";
-constexpr const char* kAxial = "axial force";
-constexpr const char* kBending = "bending";
-constexpr const char* kShear = "shear";
-constexpr const char* kTorsion = "torsion";
-constexpr const char* kShearBending = "bending and shear";
-constexpr const char* kAxialBending = "bending and axial force";
-constexpr const char* kAxialShearBending = "bending, shear and axial force";
-constexpr const char* kFlexural = "flexural buckling";
-constexpr const char* kLateralTorsional = "lateral-torsional buckling";
-constexpr const char* kInteraction = "compression and bending";
-constexpr const char* kShearBuckling = "shear buckling";
-
 const double sqrt3 = std::sqrt(3.0);
 
 // ---- cross-section ---------------------------------------------------------------------------------

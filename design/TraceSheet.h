@@ -20,6 +20,20 @@
 
 namespace design::tracetext {
 
+// The check names by which the report groups the lines.
+inline constexpr const char* kClassification = "classification";
+inline constexpr const char* kAxial = "axial force";
+inline constexpr const char* kBending = "bending";
+inline constexpr const char* kShear = "shear";
+inline constexpr const char* kTorsion = "torsion";
+inline constexpr const char* kShearBending = "bending and shear";
+inline constexpr const char* kAxialBending = "bending and axial force";
+inline constexpr const char* kAxialShearBending = "bending, shear and axial force";
+inline constexpr const char* kFlexural = "flexural buckling";
+inline constexpr const char* kLateralTorsional = "lateral-torsional buckling";
+inline constexpr const char* kInteraction = "compression and bending";
+inline constexpr const char* kShearBuckling = "shear buckling";
+
 inline std::string fixed(double v, int decimals)
 {
     if (std::isnan(v)) return "nan";
