@@ -171,11 +171,12 @@ void run(const CheckOptions& o, CommandResult& result)
     const design::Verdict verdict = outcome.verdict;
     const design::Departures departures = design::findDepartures(request, outcome);
     const design::Rules rules = o.rules.resolve();
+    // The EN evaluation, before the section is handed on to the report below.
+    const RuledResult ruled = crossSectionRuled(request, outcome, rules, o.trace);
 
     if (o.json) {
         std::cout << checkJson(*section, steel, request, outcome, departures, rules).dump(2) << '\n';
     } else {
-        const RuledResult ruled = crossSectionRuled(request, outcome, rules, o.trace);
         std::cout << thicknessWarnings(init.getThicknessVector());
         std::cout << "Cross-section check to EN 1993-1-1 6.2\n"
                   << "section " << section->getName() << ", steel " << steel.getName() << ", fy = "
@@ -228,13 +229,7 @@ void run(const CheckOptions& o, CommandResult& result)
                                                 describeForces(forces) + ")",
                           std::move(section), steel, {nullptr, nullptr, forces, o.gammaM0, o.elastic}, std::nullopt,
                           rules);
-    if (rules == design::Rules::En) {
-        design::EnEvaluation en;
-        design::evaluateEn(request, outcome.gammaM0, nullptr, 0.0, en);
-        result.exitCode = design::exitCodeOf(en.verdict);
-    } else {
-        result.exitCode = design::exitCodeOf(verdict);
-    }
+    result.exitCode = design::exitCodeOf(rules == design::Rules::En ? ruled.enVerdict : verdict);
 }
 
 } // namespace

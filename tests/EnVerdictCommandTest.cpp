@@ -147,6 +147,18 @@ TEST(EnVerdictCommand, Class4TeeColumnWithTheMomentOfItsEffectiveCentroid)
               j.at("utilizations").at("memberCompression").get<double>());
 }
 
+// Writing the report changes nothing of the verdict: the exit code with --html is that without.
+TEST(EnVerdictCommand, HtmlReportKeepsTheExitCode)
+{
+    const std::string page = ::testing::TempDir() + "en-verdict-check.html";
+    for (const char* arguments : {"check \"IPE 300\" --steel S355 --N -300 --My 80 --Vz 60",
+                                  "check \"IPE 500\" --steel S355 --Vz 2000",
+                                  "member \"IPE 450\" --steel S355 --length 1.7 --N -127 --My 356"}) {
+        const int plain = runSteeldesign(arguments, false).exitCode;
+        EXPECT_EQ(runSteeldesign(std::string(arguments) + " --html " + page, false).exitCode, plain) << arguments;
+    }
+}
+
 // The example model: every row gets a verdict by EN 1993-1-1 (the library leaves 12 rows of tension with
 // bending not verified), no utilization is negative, and the batch's columns name the library's value.
 TEST(EnVerdictCommand, ExampleModelRowsAllGetAVerdict)
