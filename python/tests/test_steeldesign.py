@@ -181,3 +181,27 @@ def test_a_local_dask_cluster_gives_the_frame_of_member_frame():
         ddf = dd.from_pandas(frame, npartitions=4)
         result = sdd.check_dask(ddf).compute().sort_index()
     pd.testing.assert_frame_equal(result, expected)
+
+
+@pytest.mark.parametrize("rules", ["en", "library"])
+def test_rules_give_the_command_verdicts_and_frames(rules):
+    # A hollow-section column under N + M: the library leaves it not verified (error code 6), EN 1993-1-1
+    # verifies it by (6.39).
+    args = ["RHS 200x100x8", "--steel", "S355", "--N", "-400", "--My", "40", "--rules", rules]
+    expected = command_json("check", *args)
+    r = sd.check("RHS 200x100x8", "S355", N=-400, My=40, rules=rules)
+    assert r.to_dict() == expected
+    assert r.verdict == ("fulfilled" if rules == "en" else "not verified")
+    frame = example()
+    run = subprocess.run([CLI, "batch", EXAMPLE, "--format", "csv", "--rules", rules], capture_output=True, text=True)
+    batch = sd.read_results(run.stdout).drop(columns=["line"])
+    pd.testing.assert_frame_equal(sd.member_frame(frame, rules=rules), batch, check_like=True)
+    other = "libraryUtilization" if rules == "en" else "enUtilization"
+    assert other in sd.member_frame(frame, rules=rules).columns
+
+
+def test_bad_rules_raise_value_error_naming_the_argument():
+    with pytest.raises(ValueError, match="rules"):
+        sd.check("IPE 300", "S355", My=50, rules="EN")
+    with pytest.raises(ValueError, match="rules"):
+        sd.member_frame(example(), rules="lib")
