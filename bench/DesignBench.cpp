@@ -15,19 +15,26 @@ namespace {
 using namespace design;
 using namespace SteelDesign;
 
+// The member of the benchmarks: moments 0 / 40 / 80 kNm, Lcr,y = 6 m, Lcr,z = LLT = 3 m.
+MemberRequest benchMember(SDBSection* section, KaConstrSteel* steel, const Forces& forces)
+{
+    MemberRequest member;
+    member.section = section;
+    member.steel = steel;
+    member.forces = forces;
+    member.moments = makeMoments({0, 40, 80}, MomentDiagram::Polygonal, {0, 0, 0}, MomentDiagram::Polygonal,
+                                 std::nullopt, ApplicationPoint::Center, 0.0);
+    member.lengths = BucklingLengths{6.0, 3.0, 3.0};
+    return member;
+}
+
 void designOfOneMember(benchmark::State& state)
 {
     auto section = makeSection("IPE 300");
     KaConstrSteel steel = *KaConstrSteel::fromName("S355");
     const Forces forces(-200, 80, 0, 0, 0, 40);
     const CrossSectionRequest cross{section.get(), &steel, forces, 0.0, false};
-    MemberRequest member;
-    member.section = section.get();
-    member.steel = &steel;
-    member.forces = forces;
-    member.moments = makeMoments({0, 40, 80}, MomentDiagram::Polygonal, {0, 0, 0}, MomentDiagram::Polygonal,
-                                 std::nullopt, ApplicationPoint::Center, 0.0);
-    member.lengths = BucklingLengths{6.0, 3.0, 3.0};
+    const MemberRequest member = benchMember(section.get(), &steel, forces);
     const Rules rules = state.range(0) == 0 ? Rules::En : Rules::Library;
     DesignSummary summary;
     for (auto _ : state) {
@@ -59,13 +66,7 @@ void enEvaluationOfOneMember(benchmark::State& state)
     KaConstrSteel steel = *KaConstrSteel::fromName("S355");
     const Forces forces(-200, 80, 0, 0, 0, 40);
     const CrossSectionRequest cross{section.get(), &steel, forces, 1.0, false};
-    MemberRequest member;
-    member.section = section.get();
-    member.steel = &steel;
-    member.forces = forces;
-    member.moments = makeMoments({0, 40, 80}, MomentDiagram::Polygonal, {0, 0, 0}, MomentDiagram::Polygonal,
-                                 std::nullopt, ApplicationPoint::Center, 0.0);
-    member.lengths = BucklingLengths{6.0, 3.0, 3.0};
+    const MemberRequest member = benchMember(section.get(), &steel, forces);
     EnEvaluation en;
     for (auto _ : state) {
         evaluateEn(cross, 1.0, &member, 0.0, en);
