@@ -1,7 +1,7 @@
 # Quick start:
-#   make example   installs what is missing, builds, and runs steeldesign on the bundled example
-#   make test      installs what is missing, builds, and runs every test
-# Other targets: build, python (the Python module), test-sanitize (AddressSanitizer + UndefinedBehaviorSanitizer), bench, install, clean.
+#   make example   installs what the command needs, builds the command, and runs it on the bundled example
+#   make test      installs the rest, builds everything, and runs every test
+# Other targets: command, build, python (the Python module), test-sanitize (AddressSanitizer + UndefinedBehaviorSanitizer), bench, install, clean.
 
 SHELL      := /bin/bash
 BUILD      ?= build
@@ -14,15 +14,18 @@ BENCH_BUILD ?= build-bench
 JOBS       ?= $(shell nproc 2>/dev/null || echo 2)
 CMAKE_ARGS ?=
 
-# Debian packages the build needs; installed by `make deps` only when one is missing.
-PACKAGES = cmake g++ make libcli11-dev nlohmann-json3-dev libgtest-dev libgmock-dev libbenchmark-dev libeigen3-dev \
+# Debian packages, installed only when one is missing: the command's (`make example`: to build and run
+# it), then the rest (`make test`: the tests, the Python module, the browser for the report's tests, the
+# benchmarks).
+COMMAND_PACKAGES = cmake g++ make libcli11-dev nlohmann-json3-dev libeigen3-dev
+PACKAGES = $(COMMAND_PACKAGES) libgtest-dev libgmock-dev libbenchmark-dev \
            python3-dev pybind11-dev python3-numpy python3-pandas python3-dask python3-distributed python3-pytest \
            chromium
 
 # The fuzzers need clang and its sanitizer and libFuzzer runtimes besides.
 FUZZ_PACKAGES = clang libclang-rt-14-dev
 
-.PHONY: deps deps-fuzz build example python test test-sanitize test-tsan fuzz bench install clean
+.PHONY: deps deps-command deps-fuzz build command example python test test-sanitize test-tsan fuzz bench install clean
 
 deps:
 	@missing=""; for p in $(PACKAGES); do \
@@ -34,15 +37,24 @@ deps:
 	  $$SUDO apt-get update -qq && DEBIAN_FRONTEND=noninteractive $$SUDO apt-get install -y -qq $$missing; \
 	fi
 
+deps-command:
+	@$(MAKE) --no-print-directory deps PACKAGES="$(COMMAND_PACKAGES)"
+
 deps-fuzz: deps
 	@$(MAKE) --no-print-directory deps PACKAGES="$(FUZZ_PACKAGES)"
 
+# Everything: the libraries, the command, the tests and the Python module.
 build: deps
-	cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=Release $(CMAKE_ARGS)
+	cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=Release -DSTEELDESIGN_BUILD_TESTS=ON -DSTEELDESIGN_BUILD_PYTHON=ON $(CMAKE_ARGS)
 	cmake --build $(BUILD) -j $(JOBS)
 
+# The command alone (the libraries below it and the command), in the same build folder as `build`.
+command: deps-command
+	cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=Release -DSTEELDESIGN_BUILD_TESTS=OFF -DSTEELDESIGN_BUILD_PYTHON=OFF $(CMAKE_ARGS)
+	cmake --build $(BUILD) -j $(JOBS) --target steeldesign-cli
+
 # The example model: the exit code 1 of `batch` (some members not fulfilled) is a result, not a failure.
-example: build
+example: command
 	@./$(BUILD)/steeldesign batch examples/frames.csv --format csv --out $(BUILD)/frames-results.csv; \
 	  rc=$$?; echo "results: $(BUILD)/frames-results.csv (exit code $$rc)"; [ $$rc -le 1 ] || exit 1; \
 	  ./$(BUILD)/steeldesign report examples/frames.csv --out $(BUILD)/frames-report.html > /dev/null; \

@@ -1,9 +1,9 @@
 // Batch throughput end to end: the example model (examples/frames.csv) repeated to 100,000 rows as CSV
-// text in memory, streamed in a ring of 8,192 rows through the pipeline of `steeldesign batch` (cli::runPipeline: the
+// text in memory, streamed in a ring of 8,192 rows through the pipeline of `steeldesign batch` (batch::runPipeline: the
 // reader, two threads parsing, evaluating and formatting, the writer); CSV and JSON Lines out.
 
-#include <cli/BatchInput.h>
-#include <cli/BatchRun.h>
+#include <batch/BatchInput.h>
+#include <batch/BatchRun.h>
 
 #include <benchmark/benchmark.h>
 
@@ -51,18 +51,18 @@ std::string repeatedModel()
 void batchThroughput(benchmark::State& state)
 {
     const std::string model = repeatedModel();
-    const auto format = state.range(0) == 0 ? cli::OutputFormat::Csv : cli::OutputFormat::JsonLines;
+    const auto format = state.range(0) == 0 ? batch::OutputFormat::Csv : batch::OutputFormat::JsonLines;
     const auto rules = state.range(1) == 0 ? design::Rules::En : design::Rules::Library;
     std::size_t rowsDone = 0;
     for (auto _ : state) {
         std::istringstream in(model);
         CountingBuffer counted;
         std::ostream out(&counted);
-        cli::BatchReader reader(in, cli::BatchFormat::Csv, 2);
-        cli::BatchSummary summary;
-        cli::writeHeader(out, format, rules);
+        batch::BatchReader reader(in, batch::BatchFormat::Csv, 2);
+        batch::BatchSummary summary;
+        batch::writeHeader(out, format, rules);
         static std::size_t done = 0;
-        cli::runPipeline(reader, out, format, 2, 8192, summary, [](std::size_t rows) { done = rows; }, rules);
+        batch::runPipeline(reader, out, format, 2, 8192, summary, [](std::size_t rows) { done = rows; }, rules);
         rowsDone = done;
         benchmark::DoNotOptimize(counted.bytes);
         if (rowsDone != batchRows) state.SkipWithError("rows lost");
@@ -82,8 +82,8 @@ void batchParseOnly(benchmark::State& state)
     const std::string model = repeatedModel();
     for (auto _ : state) {
         std::istringstream in(model);
-        cli::BatchReader reader(in, cli::BatchFormat::Csv, 1);
-        std::vector<cli::BatchRow> rows;
+        batch::BatchReader reader(in, batch::BatchFormat::Csv, 1);
+        std::vector<batch::BatchRow> rows;
         std::size_t n = 0;
         while (reader.next(rows, 8192)) n += rows.size();
         benchmark::DoNotOptimize(n);
@@ -97,18 +97,18 @@ void batchEvaluateAndFormat(benchmark::State& state)
 {
     const std::string model = repeatedModel();
     std::istringstream in(model);
-    cli::BatchReader reader(in, cli::BatchFormat::Csv, 1);
-    std::vector<cli::BatchRow> rows, all;
+    batch::BatchReader reader(in, batch::BatchFormat::Csv, 1);
+    std::vector<batch::BatchRow> rows, all;
     while (reader.next(rows, 8192)) all.insert(all.end(), rows.begin(), rows.end());
-    cli::BatchEvaluator evaluator(1);
-    std::vector<cli::RowResult> results;
+    batch::BatchEvaluator evaluator(1);
+    std::vector<batch::RowResult> results;
     evaluator.run(all, results);
     const bool format = state.range(0) == 1;
     for (auto _ : state) {
         if (format) {
             CountingBuffer counted;
             std::ostream out(&counted);
-            cli::writeRows(out, results, cli::OutputFormat::Csv, 1);
+            batch::writeRows(out, results, batch::OutputFormat::Csv, 1);
             benchmark::DoNotOptimize(counted.bytes);
         } else {
             evaluator.run(all, results);

@@ -9,11 +9,11 @@
 // is renamed when complete, so an interrupted or failed run leaves an existing --out untouched. A UTF-8
 // byte-order mark and CRLF line ends are accepted.
 
-#include "BatchInput.h"
-#include "BatchRun.h"
+#include <batch/BatchInput.h>
+#include <batch/BatchRun.h>
 #include "Commands.h"
 #include "Options.h"
-#include "OutputFile.h"
+#include <batch/OutputFile.h>
 
 #include <csignal>
 #include <cstdio>
@@ -25,6 +25,8 @@
 #include <unistd.h>
 
 namespace cli {
+
+using namespace batch;
 
 namespace {
 

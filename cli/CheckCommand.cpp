@@ -4,11 +4,12 @@
 // not be verified (class 4, or not supported for the section under these actions: error code 6).
 
 #include "Commands.h"
+#include <design/SectionNotation.h>
 #include "Options.h"
-#include "Report.h"
-#include "HtmlReport.h"
-#include "OutputFile.h"
-#include "ResultJson.h"
+#include <report/ResultText.h>
+#include <report/HtmlReport.h>
+#include <batch/OutputFile.h>
+#include <report/ResultJson.h>
 
 #include <design/CrossSectionCheck.h>
 #include <design/Departures.h>
@@ -22,6 +23,9 @@
 #include <iostream>
 
 namespace cli {
+
+using namespace batch;
+using namespace report;
 
 namespace {
 
@@ -69,87 +73,6 @@ const char* describe(R::UtilizationType type)
 
 } // namespace
 
-nlohmann::json checkJson(const SDBSection& section, const KaConstrSteel& steel, const design::CrossSectionRequest& request,
-                         const design::CrossSectionOutcome& outcome, const design::Departures& departures)
-{
-    using namespace SteelDesign;
-    const SectionInitializer& init = outcome.initializer;
-    const R& results = outcome.results;
-    const bool allFulfilled = outcome.allFulfilled;
-    const ErrorCode error = init.getErrorCode();
-    const design::Verdict verdict = outcome.verdict;
-    nlohmann::json utilizations = nlohmann::json::object();
-    nlohmann::json fulfilled = nlohmann::json::object();
-    for (int t = 0; t < R::utilizationTypeCount; ++t) {
-        const auto type = static_cast<R::UtilizationType>(t);
-        utilizations[R::nameOf(type)] = nullableJson(results.getUtilization(type));
-        fulfilled[R::nameOf(type)] = results.isFulfilled(type);
-    }
-    nlohmann::json out = {
-        {"section", section.getName()},
-        {"steel", steel.getName()},
-        {"class", init.getClass()},
-        {"fy", init.getFy()},
-        {"gammaM0", outcome.gammaM0},
-        {"errorCode", static_cast<int>(error)},
-        {"utilizations", utilizations},
-        {"fulfilled", fulfilled},
-        {"allFulfilled", allFulfilled},
-        {"verdict", design::toString(verdict)},
-        {"departures", departuresJson(departures)},
-        {"trace", traceJson(design::traceCrossSection(request, outcome))},
-        {"enUtilization", nullableJson(departures.largestEn())},
-        {"notVerified", outcome.limitations ? nlohmann::json(design::describeAll(outcome.limitations))
-                                            : nlohmann::json(nullptr)},
-        {"NRd", nullableJson(results.getNRd())},
-        {"NRdLimit", nullableJson(results.getNRdLimit())},
-        {"MRd", {{"y", results.getMRd(Axis::y).value()}, {"z", results.getMRd(Axis::z).value()}}},
-        {"MRdLimit", {{"y", results.getMRdLimit(Axis::y).value()}, {"z", results.getMRdLimit(Axis::z).value()}}},
-        {"VyRd", results.getResistanceVyRd()},
-        {"VzRd", results.getResistanceVzRd()},
-        {"VyTRd", results.getResistanceVyTRd()},
-        {"VzTRd", results.getResistanceVzTRd()},
-        {"alpha", results.getAlpha()},
-        {"beta", results.getBeta()},
-        {"requiredShearBending", results.getRequiredShearBending()},
-        {"requiredAxialBending", results.getRequiredAxialBending()},
-        {"requiredAxialShearBending", results.getRequiredAxialShearBending()},
-        {"biaxialBending", results.getBiaxialBending()},
-    };
-    return out;
-}
-
-namespace {
-
-// The EN 1993-1-1 evaluation of the cross-section beside the library's check.
-RuledResult crossSectionRuled(const design::CrossSectionRequest& request, const design::CrossSectionOutcome& outcome,
-                              design::Rules rules, bool withTrace)
-{
-    design::EnEvaluation en;
-    design::EnTraces traces;
-    design::evaluateEn(request, outcome.gammaM0, nullptr, 0.0, en, withTrace ? &traces : nullptr);
-    RuledResult r;
-    r.rules = rules;
-    r.enClass = en.sectionClass;
-    r.enVerdict = en.verdict;
-    r.enLimitations = en.limitations;
-    r.enTrace = std::move(traces.crossSection);
-    const auto& names = design::utilizationNames();
-    for (std::size_t i = 0; i < 7; ++i)
-        r.checks.push_back({names[i], en.utilizations[i], outcome.results.getUtilization(design::crossSectionSummary[i])});
-    return r;
-}
-
-} // namespace
-
-nlohmann::json checkJson(const SDBSection& section, const KaConstrSteel& steel, const design::CrossSectionRequest& request,
-                         const design::CrossSectionOutcome& outcome, const design::Departures& departures,
-                         design::Rules rules)
-{
-    return ruledJson(checkJson(section, steel, request, outcome, departures),
-                     crossSectionRuled(request, outcome, rules, true), departures);
-}
-
 namespace {
 
 std::string yesNo(bool b) { return b ? "yes" : "no"; }
@@ -157,7 +80,7 @@ std::string yesNo(bool b) { return b ? "yes" : "no"; }
 void run(const CheckOptions& o, CommandResult& result)
 {
     using namespace SteelDesign;
-    auto section = lookupSection(o.name);
+    auto section = design::resolveSection(o.name);
     KaConstrSteel steel = o.steel.resolve();
     o.standard.apply();
     if (!o.html.empty()) checkOutputPath("--html", o.html, "");
@@ -172,12 +95,12 @@ void run(const CheckOptions& o, CommandResult& result)
     const design::Departures departures = design::findDepartures(request, outcome);
     const design::Rules rules = o.rules.resolve();
     // The EN evaluation, before the section is handed on to the report below.
-    const RuledResult ruled = crossSectionRuled(request, outcome, rules, o.trace);
+    const design::RuledResult ruled = design::crossSectionRuled(request, outcome, rules, o.trace);
 
     if (o.json) {
         std::cout << checkJson(*section, steel, request, outcome, departures, rules).dump(2) << '\n';
     } else {
-        std::cout << thicknessWarnings(init.getThicknessVector());
+        std::cout << design::thicknessWarnings(init.getThicknessVector());
         std::cout << "Cross-section check to EN 1993-1-1 6.2\n"
                   << "section " << section->getName() << ", steel " << steel.getName() << ", fy = "
                   << number(init.getFy() / 1000.0, 0) << " N/mm2, gammaM0 = " << number(outcome.gammaM0, 2)

@@ -3,8 +3,10 @@
 // and the web height.
 
 #include "Commands.h"
+#include <design/SectionNotation.h>
 #include "Options.h"
-#include "Report.h"
+#include <report/ResultJson.h>
+#include <report/ResultText.h>
 
 #include <design/EnCrossSection.h>
 #include <design/EnEvaluation.h>
@@ -21,6 +23,8 @@
 
 namespace cli {
 
+using namespace report;
+
 namespace {
 
 struct ClassifyOptions {
@@ -35,7 +39,7 @@ struct ClassifyOptions {
 void run(const ClassifyOptions& o, CommandResult& result)
 {
     using namespace SteelDesign;
-    auto section = lookupSection(o.name);
+    auto section = design::resolveSection(o.name);
     KaConstrSteel steel = o.steel.resolve();
     const Forces forces = o.forces.toForces();
     const VerificationControl control = o.elastic ? VerificationControl::Elastic : VerificationControl::Classify;
@@ -79,7 +83,7 @@ void run(const ClassifyOptions& o, CommandResult& result)
                               {"parts", parts}};
         std::cout << out.dump(2) << '\n';
     } else {
-        std::cout << thicknessWarnings(init.getThicknessVector());
+        std::cout << design::thicknessWarnings(init.getThicknessVector());
         std::cout << section->getName() << ", " << steel.getName() << "\n"
                   << "actions: " << describeForces(forces) << "\n"
                   << "fy = " << number(fy / 1000.0, 0) << " N/mm2, epsilon = " << number(epsilon, 3) << "\n\n";

@@ -13,16 +13,17 @@
 // Exit code 0 fulfilled (or nothing to verify), 1 not fulfilled, 2 bad input, 3 not verified.
 
 #include "Commands.h"
+#include <design/SectionNotation.h>
 #include "MemberOptions.h"
 
 #include <design/Departures.h>
 #include <design/EnEvaluation.h>
 #include <design/MemberDesign.h>
 #include "Options.h"
-#include "Report.h"
-#include "HtmlReport.h"
-#include "OutputFile.h"
-#include "ResultJson.h"
+#include <report/ResultText.h>
+#include <report/HtmlReport.h>
+#include <batch/OutputFile.h>
+#include <report/ResultJson.h>
 
 #include <KaMaterial.h>
 #include <KaMath.h>
@@ -42,6 +43,9 @@
 
 namespace cli {
 
+using namespace batch;
+using namespace report;
+
 namespace {
 
 using namespace SteelDesign;
@@ -58,8 +62,6 @@ struct MemberCommandOptions {
     bool trace = false;
 };
 
-nlohmann::json finiteOrNull(double value) { return std::isfinite(value) ? nlohmann::json(value) : nlohmann::json(nullptr); }
-
 std::string valueText(const kat::Nullable<double>& v, int decimals)
 {
     if (!v.hasValue()) return "-";
@@ -67,10 +69,6 @@ std::string valueText(const kat::Nullable<double>& v, int decimals)
     if (std::isnan(v.value())) return "nan";
     return number(v.value(), decimals);
 }
-
-constexpr U allTypes[] = {U::CompressionAxisY,        U::CompressionAxisZ,        U::Compression,
-                          U::BendingAxisY,            U::BendingAxisZ,            U::Bending,
-                          U::CompressionBendingAxisY, U::CompressionBendingAxisZ, U::CompressionBending};
 
 const char* describe(U type)
 {
@@ -88,157 +86,14 @@ const char* describe(U type)
     return "";
 }
 
-// What the member checks ran and what they show, for the JSON and the text alike.
-struct Shown {
-    const BucklingResults& r;
-    bool notApplicable, unverified61, flexural, lateralTorsional, interaction;
-    explicit Shown(const design::MemberOutcome& outcome)
-        : r(outcome.results),
-          // Nothing to verify: no utilization and nothing left out.
-          notApplicable(!outcome.anyComputed && outcome.limitations == 0),
-          unverified61((outcome.limitations & design::InteractionNeedsRolledMethod) != 0),
-          flexural(r.getChi(Axis::y).hasValue()),
-          lateralTorsional(r.getBucklingCurveBending().hasValue()),
-          interaction(r.getUtilization(U::CompressionBendingAxisY).hasValue())
-    {
-    }
-    // A utilization as shown: (6.61) is left out when it could not be verified.
-    kat::Nullable<double> utilization(U type) const
-    {
-        if (unverified61 && (type == U::CompressionBendingAxisY || type == U::CompressionBending)) return {};
-        return r.getUtilization(type);
-    }
-};
-
 } // namespace
-
-nlohmann::json memberJson(const SDBSection& section, const KaConstrSteel& steel, const design::MemberRequest& request,
-                          const design::MemberOutcome& outcome, const design::Departures& departures)
-{
-    const Shown shown(outcome);
-    const BucklingResults& r = outcome.results;
-    const design::BucklingLengths& lengths = request.lengths;
-    const double fy = outcome.initializer.getFy();
-    const bool notApplicable = shown.notApplicable, flexural = shown.flexural;
-    const bool lateralTorsional = shown.lateralTorsional, interaction = shown.interaction;
-    auto axes = [](double y, double z) { return nlohmann::json{{"y", finiteOrNull(y)}, {"z", finiteOrNull(z)}}; };
-    auto nullAxes = nlohmann::json{{"y", nullptr}, {"z", nullptr}};
-    auto opt = [](const kat::Nullable<double>& v) {
-        return v.hasValue() ? finiteOrNull(v.value()) : nlohmann::json(nullptr);
-    };
-    nlohmann::json utilizations = nlohmann::json::object();
-    for (U type : allTypes) utilizations[toString(type)] = opt(shown.utilization(type));
-    nlohmann::json out = {
-        {"section", section.getName()},
-        {"steel", steel.getName()},
-        {"fy", fy},
-        {"length",
-         {{"y", lengths.y}, {"z", lengths.z}, {"LT", lengths.lateralTorsional}}},
-        {"lateralTorsionalMethod", outcome.rolledMethod ? "6.3.2.3" : "6.3.2.2"},
-        {"mcrMethod", design::toString(request.mcrMethod)},
-        {"gammaM1", request.gammaM1},
-        {"class", r.getClass()},
-        {"errorCode", static_cast<int>(r.getErrorCode())},
-        {"shearBucklingErrorCode", static_cast<int>(r.getShearBucklingErrorCode())},
-        {"utilizations", utilizations},
-        {"fulfilled", notApplicable ? nlohmann::json(nullptr)
-                                    : nlohmann::json(outcome.verdict == design::Verdict::Fulfilled)},
-        {"verdict", notApplicable ? "not applicable" : design::toString(outcome.verdict)},
-        {"notVerified", outcome.limitations ? nlohmann::json(design::describeAll(outcome.limitations))
-                                            : nlohmann::json(nullptr)},
-        {"departures", departuresJson(departures)},
-        {"trace", traceJson(design::traceMember(request, outcome))},
-        {"Ncr", flexural ? axes(r.getNcr(Axis::y), r.getNcr(Axis::z)) : nullAxes},
-        {"lambda", flexural ? axes(r.getLambda(Axis::y), r.getLambda(Axis::z)) : nullAxes},
-        {"chi", {{"y", opt(r.getChi(Axis::y))}, {"z", opt(r.getChi(Axis::z))}}},
-        {"curve",
-         {{"y", flexural ? curveJson(r.getBucklingCurveCompression(Axis::y).value()) : nlohmann::json(nullptr)},
-          {"z", flexural ? curveJson(r.getBucklingCurveCompression(Axis::z).value()) : nlohmann::json(nullptr)}}},
-        {"NRk", flexural ? finiteOrNull(r.getNRk()) : nlohmann::json(nullptr)},
-        {"NbRd",
-         {{"y", opt(r.getBucklingResistance(U::CompressionAxisY))},
-          {"z", opt(r.getBucklingResistance(U::CompressionAxisZ))}}},
-        {"lambdaW", opt(r.getLambdaW())},
-        {"chiW", opt(r.getChiW())},
-        {"VbRd", {{"Web", opt(r.getVbRd(P::Web))}, {"Flange", opt(r.getVbRd(P::Flange))}, {"Total", opt(r.getVbRd(P::Total))}}},
-        {"utilizationShearBuckling", opt(r.getUtilizationShearBuckling())},
-        {"Mcr", lateralTorsional ? finiteOrNull(r.getCriticalMoment()) : nlohmann::json(nullptr)},
-        {"zp", lateralTorsional ? finiteOrNull(r.getZp()) : nlohmann::json(nullptr)},
-        {"lambdaLT", lateralTorsional ? finiteOrNull(r.getLambdaLT()) : nlohmann::json(nullptr)},
-        {"lambdaLT0", r.getChiLT().hasValue() ? finiteOrNull(r.getLambdaLT0()) : nlohmann::json(nullptr)},
-        {"beta", r.getChiLT().hasValue() ? finiteOrNull(r.getBeta()) : nlohmann::json(nullptr)},
-        {"curveLT", lateralTorsional ? curveJson(r.getBucklingCurveBending().value()) : nlohmann::json(nullptr)},
-        {"chiLT", opt(r.getChiLT())},
-        {"chiLTmod", opt(r.getChiLTmod())},
-        {"correctionFactor", opt(r.getCorrectionFactor())},
-        {"reduceFactor", opt(r.getReduceFactor())},
-        {"MbRd", opt(r.getBucklingResistance(U::Bending))},
-        {"Cm", interaction ? axes(r.getCm(Axis::y), r.getCm(Axis::z)) : nullAxes},
-        {"k",
-         interaction ? nlohmann::json{{"kyy", r.getInteractionFactor(K::kyy)},
-                                      {"kzz", r.getInteractionFactor(K::kzz)},
-                                      {"kyz", r.getInteractionFactor(K::kyz)},
-                                      {"kzy", r.getInteractionFactor(K::kzy)}}
-                     : nlohmann::json{{"kyy", nullptr}, {"kzz", nullptr}, {"kyz", nullptr}, {"kzy", nullptr}}},
-    };
-    return out;
-}
-
-namespace {
-
-// The EN 1993-1-1 evaluation of the member checks beside the library's.
-struct MemberRuled {
-    RuledResult ruled;
-    bool notApplicable = false;  // under EN rules: no member check applies to these actions
-};
-
-MemberRuled memberRuled(const design::MemberRequest& request, const design::MemberOutcome& outcome,
-                        design::Rules rules, bool withTrace)
-{
-    const design::CrossSectionRequest cross{request.section, request.steel, request.forces, 0.0, request.elastic};
-    design::EnEvaluation en;
-    design::EnTraces traces;
-    design::evaluateEn(cross, design::resolveGammaM0(0.0), &request, outcome.numericalMcr, en,
-                       withTrace ? &traces : nullptr);
-    MemberRuled m;
-    RuledResult& r = m.ruled;
-    r.rules = rules;
-    r.enClass = en.member.sectionClass;
-    r.enVerdict = design::memberVerdict(en.member);
-    r.enLimitations = en.member.limitations;
-    r.enTrace = std::move(traces.member);
-    const auto& names = design::utilizationNames();
-    const auto library = design::memberSummary(outcome);
-    bool any = false;
-    for (std::size_t i = 0; i < 4; ++i) {
-        r.checks.push_back({names[7 + i], en.member.utilization[i], library[i]});
-        any = any || en.member.utilization[i].hasValue();
-    }
-    m.notApplicable = !any && en.member.limitations == 0;
-    return m;
-}
-
-} // namespace
-
-nlohmann::json memberJson(const SDBSection& section, const KaConstrSteel& steel, const design::MemberRequest& request,
-                          const design::MemberOutcome& outcome, const design::Departures& departures,
-                          design::Rules rules)
-{
-    const MemberRuled m = memberRuled(request, outcome, rules, true);
-    nlohmann::json out = ruledJson(memberJson(section, steel, request, outcome, departures), m.ruled, departures);
-    if (rules == design::Rules::En && m.notApplicable) {
-        out["verdict"] = "not applicable";
-        out["fulfilled"] = nullptr;
-    }
-    return out;
-}
 
 namespace {
 
 void run(const MemberCommandOptions& options, CommandResult& result)
 {
     // Everything from outside is validated before anything is computed or printed.
-    auto section = lookupSection(options.name);
+    auto section = design::resolveSection(options.name);
     KaConstrSteel steel = options.steel.resolve();
     const MemberOptions& o = options.member;
     if (!o.memberChecked())
@@ -251,7 +106,7 @@ void run(const MemberCommandOptions& options, CommandResult& result)
     const BucklingResults& r = outcome.results;
     const design::BucklingLengths& lengths = request.lengths;
     const design::Departures departures = design::findDepartures(request, outcome);
-    const Shown shown(outcome);
+    const MemberShown shown(outcome);
     const bool notApplicable = shown.notApplicable, unverified61 = shown.unverified61, flexural = shown.flexural;
     const bool lateralTorsional = shown.lateralTorsional, interaction = shown.interaction;
     auto shownUtilization = [&](U type) { return shown.utilization(type); };
@@ -263,8 +118,8 @@ void run(const MemberCommandOptions& options, CommandResult& result)
     const double limit = fy > 0.0 ? 72.0 * std::sqrt(235.0 / (fy / 1000.0)) / eta : 0.0;
 
     const design::Rules rules = o.rules.resolve();
-    const MemberRuled m = memberRuled(request, outcome, rules, options.trace);
-    const RuledResult& ruled = m.ruled;
+    const design::MemberRuled m = design::memberRuled(request, outcome, rules, options.trace);
+    const design::RuledResult& ruled = m.ruled;
 
     if (options.json) {
         std::cout << memberJson(*section, steel, request, outcome, departures, rules).dump(2) << '\n';
@@ -273,7 +128,7 @@ void run(const MemberCommandOptions& options, CommandResult& result)
             std::cout << "  " << name << std::string(name.size() < 12 ? 12 - name.size() : 1, ' ') << value
                       << (*unit ? " " : "") << unit << '\n';
         };
-        std::cout << thicknessWarnings(init.getThicknessVector());
+        std::cout << design::thicknessWarnings(init.getThicknessVector());
         std::cout << "Member check to EN 1993-1-1 6.3 and EN 1993-1-5 5\n"
                   << "section " << section->getName() << ", steel " << steel.getName() << ", fy = "
                   << number(fy / 1000.0, 0) << " N/mm2, gammaM1 = " << number(o.gammaM1, 2)
@@ -345,7 +200,7 @@ void run(const MemberCommandOptions& options, CommandResult& result)
         }
 
         std::cout << "\nutilizations\n";
-        for (U type : allTypes) {
+        for (U type : memberUtilizationTypes()) {
             const auto u = shownUtilization(type);
             if (!u.hasValue()) continue;
             char buffer[160];

@@ -4,12 +4,12 @@
 // fulfilled, 1 one not, 3 one not verified, 2 a row or the file rejected (the report is still written and
 // lists the rejected rows with their reasons).
 
-#include "BatchInput.h"
-#include "BatchRun.h"
+#include <batch/BatchInput.h>
+#include <batch/BatchRun.h>
 #include "Commands.h"
-#include "HtmlReport.h"
+#include <report/HtmlReport.h>
 #include "Options.h"
-#include "OutputFile.h"
+#include <batch/OutputFile.h>
 
 #include <filesystem>
 #include <fstream>
@@ -17,6 +17,9 @@
 #include <sstream>
 
 namespace cli {
+
+using namespace batch;
+using namespace report;
 
 namespace {
 

@@ -3,11 +3,12 @@
 // Text in mm, cm2, cm4, cm3, cm6; JSON in m-based SI units (m, m2, m3, m4, m6).
 
 #include "Commands.h"
+#include <design/SectionNotation.h>
 #include "Options.h"
 
 #include <SectionCatalogue.h>
 
-#include "ResultJson.h"
+#include <report/ResultJson.h>
 
 #include <nlohmann/json.hpp>
 
@@ -18,49 +19,9 @@
 
 namespace cli {
 
+using namespace report;
+
 namespace {
-
-// The dimensions of a section under the JSON keys h, b, tw, tf, r (m).
-struct Dimensions {
-    double h = 0.0, b = 0.0, tw = 0.0, tf = 0.0, r = 0.0;
-    bool hotRolled = false;
-    bool hasHotRolled = false;
-    double b2 = 0.0, t2 = 0.0;  // bottom flange of a mono-symmetric I
-    bool hasSecondFlange = false;
-};
-
-Dimensions dimensionsOf(const SDBSection& s)
-{
-    Dimensions d;
-    if (auto* i = dynamic_cast<const SDBSectionI*>(&s)) {
-        d = {i->getH(), i->getB(), i->getS(), i->getT(), i->getR1()};
-        if (i->getB2Set() || i->getT2Set()) {
-            d.hasSecondFlange = true;
-            d.b2 = i->getB2();
-            d.t2 = i->getT2();
-        }
-    } else if (auto* t = dynamic_cast<const SDBSectionT*>(&s)) {
-        d = {t->getH(), t->getB(), t->getS(), t->getT(), t->getR1()};
-    } else if (auto* u = dynamic_cast<const SDBSectionU*>(&s)) {
-        d = {u->getH(), u->getB(), u->getS(), u->getT(), u->getR1()};
-    } else if (auto* l = dynamic_cast<const SDBSectionL*>(&s)) {
-        d = {l->getH(), l->getB(), l->getS(), l->getS(), l->getR1()};
-    } else if (auto* rh = dynamic_cast<const SDBSectionRH*>(&s)) {
-        d = {rh->getH(), rh->getB(), rh->getS(), rh->getT(), rh->getR1()};
-        d.hasHotRolled = true;
-        d.hotRolled = rh->isHotRolled();
-    } else if (auto* o = dynamic_cast<const SDBSectionO*>(&s)) {
-        d = {o->getD(), o->getD(), o->getT(), o->getT(), 0.0};
-        d.hasHotRolled = true;
-        d.hotRolled = o->isHotRolled();
-    } else {
-        d.h = s.getHeight();
-        d.b = s.getWidth();
-    }
-    return d;
-}
-
-std::string typeKeyOf(const SDBSection& s) { return s.getType() ? s.getType()->getKey() : std::string(); }
 
 std::string fixed(double value, int decimals)
 {
@@ -81,14 +42,14 @@ std::string figures(double value)
 
 void printText(const SDBSection& s)
 {
-    const Dimensions d = dimensionsOf(s);
+    const SectionDimensions d = sectionDimensions(s);
     const SDBProperties& p = s.getProperties();
     auto line = [](const char* label, const std::string& value, const char* unit) {
         std::cout << "  " << label;
         for (std::size_t n = std::char_traits<char>::length(label); n < 10; ++n) std::cout << ' ';
         std::cout << value << ' ' << unit << '\n';
     };
-    std::cout << s.getName() << "  (type " << typeKeyOf(s) << ", " << (s.isRolled() ? "rolled" : "welded");
+    std::cout << s.getName() << "  (type " << sectionTypeKey(s) << ", " << (s.isRolled() ? "rolled" : "welded");
     if (d.hasHotRolled && !(s.isRolled() == false && d.r == 0.0))
         std::cout << ", " << (d.hotRolled ? "hot-finished" : "cold-formed");
     std::cout << ")\n";
@@ -121,41 +82,6 @@ void printText(const SDBSection& s)
 
 } // namespace
 
-nlohmann::json sectionJson(const SDBSection& s)
-{
-    const Dimensions d = dimensionsOf(s);
-    const SDBProperties& p = s.getProperties();
-    nlohmann::json j;
-    j["name"] = s.getName();
-    j["kind"] = typeKeyOf(s);
-    j["typeKey"] = typeKeyOf(s);
-    j["rolled"] = s.isRolled();
-    if (d.hasHotRolled) j["hotRolled"] = d.hotRolled;
-    j["h"] = d.h;
-    j["b"] = d.b;
-    j["tw"] = d.tw;
-    j["tf"] = d.tf;
-    j["r"] = d.r;
-    if (d.hasSecondFlange) {
-        j["b2"] = d.b2;
-        j["t2"] = d.t2;
-    }
-    j["A"] = p.A;
-    j["Avy"] = p.Avy;
-    j["Avz"] = p.Avz;
-    j["Iy"] = p.Iy;
-    j["Iz"] = p.Iz;
-    j["It"] = p.It;
-    j["Iw"] = p.Iw;
-    j["Wely"] = p.Wely;
-    j["Welz"] = p.Welz;
-    j["Wply"] = p.Wply;
-    j["Wplz"] = p.Wplz;
-    j["ey"] = p.ey;
-    j["ez"] = p.ez;
-    return j;
-}
-
 namespace {
 
 struct SectionOptions {
@@ -178,7 +104,7 @@ void registerSectionCommand(CLI::App& app, CommandResult& result)
         ->required();
     sub->add_flag("--json", options->json, "JSON output in m-based SI units");
     sub->callback([options, &result]() {
-        const std::unique_ptr<SDBSection> section = lookupSection(options->name);
+        const std::unique_ptr<SDBSection> section = design::resolveSection(options->name);
         if (options->json)
             std::cout << sectionJson(*section).dump(2) << '\n';
         else

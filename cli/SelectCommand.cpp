@@ -3,11 +3,11 @@
 // passes the cross-section check and, with a length, the member checks; with the utilizations of it and
 // of the next lighter one, which fails. Exit code 0 when a profile passes, 1 when none does, 2 for bad input.
 
-#include "BatchRun.h"
+#include <batch/BatchRun.h>
 #include "Commands.h"
 #include "MemberOptions.h"
 #include "Options.h"
-#include "Report.h"
+#include <report/ResultText.h>
 
 #include <SectionCatalogue.h>
 
@@ -16,6 +16,9 @@
 #include <memory>
 
 namespace cli {
+
+using namespace batch;
+using namespace report;
 
 namespace {
 

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace design {
@@ -21,5 +22,8 @@ std::optional<Rules> rulesFromName(std::string_view name);
 
 // The option's values for messages: "en, library".
 inline constexpr const char* rulesNames = "en, library";
+
+// The rules of an option's value; InputError "--rules: unknown rules 'x' (allowed: en, library)".
+Rules rulesByName(const std::string& name);
 
 } // namespace design

@@ -1,5 +1,7 @@
 #include "SectionNotation.h"
 
+#include "InputError.h"
+
 #include <SectionCatalogue.h>
 
 #include <cctype>
@@ -275,6 +277,15 @@ std::unique_ptr<SDBSection> makeSection(std::string_view name)
         return SDBCatalogue::get(name);  // throws with the nearest designations
     } catch (const SDBUnknownSectionError& e) {
         throw SectionNameError(e.what());
+    }
+}
+
+std::unique_ptr<SDBSection> resolveSection(std::string_view name)
+{
+    try {
+        return makeSection(name);
+    } catch (const std::exception& e) {
+        throw InputError(std::string("section: ") + e.what());
     }
 }
 

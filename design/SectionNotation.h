@@ -40,6 +40,11 @@ std::unique_ptr<SDBSection> makeSection(std::string_view name);
 // The same without exceptions: the section, or null with the message in error.
 std::unique_ptr<SDBSection> makeSection(std::string_view name, std::string& error);
 
+// The section of a name given as a tool's input (an argument, a batch row, a Python argument): every
+// tool resolves its section names here. InputError "section: <why>" naming the section and, for a
+// notation, the dimension and its value.
+std::unique_ptr<SDBSection> resolveSection(std::string_view name);
+
 // True when the family of the name (the letters before its first digit) is one of the notations above.
 bool isDimensionNotation(std::string_view name);
 

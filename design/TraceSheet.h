@@ -34,6 +34,14 @@ inline constexpr const char* kLateralTorsional = "lateral-torsional buckling";
 inline constexpr const char* kInteraction = "compression and bending";
 inline constexpr const char* kShearBuckling = "shear buckling";
 
+// v with the given number of decimals, as printf's %.*f writes it.
+inline std::string printed(double v, int decimals)
+{
+    char buffer[64];
+    std::snprintf(buffer, sizeof buffer, "%.*f", decimals, v);
+    return buffer;
+}
+
 inline std::string fixed(double v, int decimals)
 {
     if (std::isnan(v)) return "nan";

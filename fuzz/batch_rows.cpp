@@ -3,9 +3,9 @@
 // row says why; a checked row with a utilization that is not finite gives its reason and is not fulfilled; a
 // fulfilled row has no limitation; under EN rules no utilization is negative.
 
-#include <cli/BatchInput.h>
-#include <cli/BatchRun.h>
-#include <cli/Options.h>
+#include <batch/BatchInput.h>
+#include <batch/BatchRun.h>
+#include <design/InputError.h>
 
 #include <cmath>
 #include <cstdint>
@@ -29,16 +29,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     if (size == 0) return 0;
     // The first byte chooses the format: even CSV, odd JSON Lines.
-    const auto format = data[0] % 2 == 0 ? cli::BatchFormat::Csv : cli::BatchFormat::JsonLines;
+    const auto format = data[0] % 2 == 0 ? batch::BatchFormat::Csv : batch::BatchFormat::JsonLines;
     std::istringstream in(std::string(reinterpret_cast<const char*>(data + 1), size - 1));
     try {
-        cli::BatchReader reader(in, format, 1);
-        std::vector<cli::BatchRow> rows;
+        batch::BatchReader reader(in, format, 1);
+        std::vector<batch::BatchRow> rows;
         while (reader.next(rows, 64)) {
-            for (const cli::BatchRow& row : rows) {
+            for (const batch::BatchRow& row : rows) {
                 // Under the library's rules and under EN rules (the EN 1993-1-1 evaluation of the row).
                 for (const design::Rules rules : {design::Rules::Library, design::Rules::En}) {
-                    const cli::RowResult r = cli::evaluateRow(row, rules);
+                    const batch::RowResult r = batch::evaluateRow(row, rules);
                     if (r.rejected) {
                         require(!r.errorMessage.empty());
                         continue;
@@ -60,7 +60,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                 }
             }
         }
-    } catch (const cli::InputError&) {
+    } catch (const design::InputError&) {
         // A header without a required column, with an unknown one, or an empty file.
     }
     return 0;

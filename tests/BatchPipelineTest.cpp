@@ -1,14 +1,14 @@
-// The pipeline of `steeldesign batch` (cli::runPipeline: a reader thread fills a ring of slices, workers
+// The pipeline of `steeldesign batch` (batch::runPipeline: a reader thread fills a ring of slices, workers
 // parse, evaluate and format them into rows and results reused from turn to turn, a writer thread writes
 // them in order, a batch of slices at a time) against the plainest reference: every row read at once,
-// evaluated on its own into a fresh result (cli::evaluateRow), written on one thread. The bytes, the
+// evaluated on its own into a fresh result (batch::evaluateRow), written on one thread. The bytes, the
 // summary and the exit code must be the same for every size of the ring (one row, fewer rows than a
 // slice, slices that end inside the model, a ring of two slices, of eight, of sixty-four) and on one and
 // two threads, with rows of every kind following each other in the same slots: checked rows, rows
 // rejected by the reader, by the section or the steel, quoted ids, words in other cases.
 
-#include "../cli/BatchInput.h"
-#include "../cli/BatchRun.h"
+#include <batch/BatchInput.h>
+#include <batch/BatchRun.h>
 
 #include <gtest/gtest.h>
 
@@ -69,38 +69,38 @@ struct Output {
     int exitCode = 0;
 };
 
-Output reference(const std::string& model, cli::BatchFormat in, cli::OutputFormat out)
+Output reference(const std::string& model, batch::BatchFormat in, batch::OutputFormat out)
 {
     std::istringstream stream(model);
-    const std::vector<cli::BatchRow> rows = cli::readBatch(stream, in);
-    std::vector<cli::RowResult> results;
-    for (const cli::BatchRow& row : rows) results.push_back(cli::evaluateRow(row));
+    const std::vector<batch::BatchRow> rows = batch::readBatch(stream, in);
+    std::vector<batch::RowResult> results;
+    for (const batch::BatchRow& row : rows) results.push_back(batch::evaluateRow(row));
     std::ostringstream text;
-    cli::writeRows(text, results, out, 1);
-    cli::BatchSummary summary;
+    batch::writeRows(text, results, out, 1);
+    batch::BatchSummary summary;
     summary.add(results);
     return {text.str(), summary.text(), summary.exitCode()};
 }
 
-Output pipeline(const std::string& model, cli::BatchFormat in, cli::OutputFormat out, unsigned jobs,
+Output pipeline(const std::string& model, batch::BatchFormat in, batch::OutputFormat out, unsigned jobs,
                 std::size_t chunkRows)
 {
     std::istringstream stream(model);
-    cli::BatchReader reader(stream, in, jobs);
+    batch::BatchReader reader(stream, in, jobs);
     std::ostringstream text;
-    cli::BatchSummary summary;
-    cli::runPipeline(reader, text, out, jobs, chunkRows, summary);
+    batch::BatchSummary summary;
+    batch::runPipeline(reader, text, out, jobs, chunkRows, summary);
     return {text.str(), summary.text(), summary.exitCode()};
 }
 
-using Case = std::tuple<bool, cli::OutputFormat, unsigned, std::size_t>;  // JSON Lines in, out, jobs, chunk
+using Case = std::tuple<bool, batch::OutputFormat, unsigned, std::size_t>;  // JSON Lines in, out, jobs, chunk
 
 class BatchPipeline : public testing::TestWithParam<Case> {};
 
 TEST_P(BatchPipeline, SameBytesAsEveryRowEvaluatedOnItsOwn)
 {
     const auto [jsonIn, out, jobs, chunkRows] = GetParam();
-    const cli::BatchFormat in = jsonIn ? cli::BatchFormat::JsonLines : cli::BatchFormat::Csv;
+    const batch::BatchFormat in = jsonIn ? batch::BatchFormat::JsonLines : batch::BatchFormat::Csv;
     const std::string model = jsonIn ? jsonModel() : csvModel();
     const Output expected = reference(model, in, out);
     const Output actual = pipeline(model, in, out, jobs, chunkRows);
@@ -113,7 +113,7 @@ TEST_P(BatchPipeline, SameBytesAsEveryRowEvaluatedOnItsOwn)
 
 INSTANTIATE_TEST_SUITE_P(ChunksSlicesThreads, BatchPipeline,
                          testing::Combine(testing::Bool(),
-                                          testing::Values(cli::OutputFormat::Csv, cli::OutputFormat::JsonLines),
+                                          testing::Values(batch::OutputFormat::Csv, batch::OutputFormat::JsonLines),
                                           testing::Values(1u, 2u),
                                           testing::Values(std::size_t{1}, std::size_t{7}, std::size_t{129},
                                                           std::size_t{300}, std::size_t{1000}, std::size_t{8192})));
@@ -122,12 +122,12 @@ INSTANTIATE_TEST_SUITE_P(ChunksSlicesThreads, BatchPipeline,
 TEST(BatchPipelineStop, AStopRequestedBeforeTheRunWritesNoRow)
 {
     std::istringstream stream(csvModel());
-    cli::BatchReader reader(stream, cli::BatchFormat::Csv, 2);
+    batch::BatchReader reader(stream, batch::BatchFormat::Csv, 2);
     std::ostringstream text;
-    cli::BatchSummary summary;
-    cli::requestBatchStop();
-    cli::runPipeline(reader, text, cli::OutputFormat::Csv, 2, 64, summary);
-    cli::resetBatchStop();
+    batch::BatchSummary summary;
+    batch::requestBatchStop();
+    batch::runPipeline(reader, text, batch::OutputFormat::Csv, 2, 64, summary);
+    batch::resetBatchStop();
     EXPECT_TRUE(text.str().empty());
     EXPECT_EQ(summary.exitCode(), 0);
 }
@@ -152,10 +152,10 @@ TEST(BatchPipelineFailure, AReadErrorEndsTheRunWithTheError)
         FailingBuffer buffer(csvModel());
         std::istream stream(&buffer);
         stream.exceptions(std::ios::badbit);
-        cli::BatchReader reader(stream, cli::BatchFormat::Csv, jobs);
+        batch::BatchReader reader(stream, batch::BatchFormat::Csv, jobs);
         std::ostringstream text;
-        cli::BatchSummary summary;
-        EXPECT_THROW(cli::runPipeline(reader, text, cli::OutputFormat::Csv, jobs, 64, summary), std::runtime_error);
+        batch::BatchSummary summary;
+        EXPECT_THROW(batch::runPipeline(reader, text, batch::OutputFormat::Csv, jobs, 64, summary), std::runtime_error);
     }
 }
 

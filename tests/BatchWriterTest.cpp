@@ -1,8 +1,8 @@
 // The batch's writer keeps its texts from chunk to chunk; a chunk written on one thread after chunks
 // written on two must not carry a text of the former.
 
-#include "../cli/BatchInput.h"
-#include "../cli/BatchRun.h"
+#include <batch/BatchInput.h>
+#include <batch/BatchRun.h>
 
 #include <gtest/gtest.h>
 
@@ -13,7 +13,7 @@
 
 namespace {
 
-std::vector<cli::RowResult> results(std::size_t rows)
+std::vector<batch::RowResult> results(std::size_t rows)
 {
     std::string text = "id,section,steel,N,My,Mz,Mt,Vy,Vz,length\n";
     for (std::size_t i = 0; i < rows; ++i) {
@@ -22,19 +22,19 @@ std::vector<cli::RowResult> results(std::size_t rows)
         text += ",IPE 300,S355,-100,20,0,0,0,10,4\n";
     }
     std::istringstream in(text);
-    cli::BatchReader reader(in, cli::BatchFormat::Csv, 1);
-    std::vector<cli::BatchRow> all, chunk;
+    batch::BatchReader reader(in, batch::BatchFormat::Csv, 1);
+    std::vector<batch::BatchRow> all, chunk;
     while (reader.next(chunk, 4096)) all.insert(all.end(), chunk.begin(), chunk.end());
-    cli::BatchEvaluator evaluator(1);
-    std::vector<cli::RowResult> out;
+    batch::BatchEvaluator evaluator(1);
+    std::vector<batch::RowResult> out;
     evaluator.run(all, out);
     return out;
 }
 
-std::string written(const std::vector<cli::RowResult>& rows, unsigned jobs)
+std::string written(const std::vector<batch::RowResult>& rows, unsigned jobs)
 {
     std::ostringstream out;
-    cli::writeRows(out, rows, cli::OutputFormat::Csv, jobs);
+    batch::writeRows(out, rows, batch::OutputFormat::Csv, jobs);
     return out.str();
 }
 

@@ -4,7 +4,7 @@
 // reads, and the two parsed rows must agree field for field (or be rejected alike). Also: a number
 // beyond a double rejects its row instead of ending the batch.
 
-#include "../cli/BatchInput.h"
+#include <batch/BatchInput.h>
 
 #include <gtest/gtest.h>
 
@@ -16,11 +16,11 @@
 
 namespace {
 
-std::vector<cli::BatchRow> read(const std::string& text)
+std::vector<batch::BatchRow> read(const std::string& text)
 {
     std::istringstream in(text);
-    cli::BatchReader reader(in, cli::BatchFormat::JsonLines, 1);
-    std::vector<cli::BatchRow> rows, chunk;
+    batch::BatchReader reader(in, batch::BatchFormat::JsonLines, 1);
+    std::vector<batch::BatchRow> rows, chunk;
     while (reader.next(chunk, 64)) rows.insert(rows.end(), chunk.begin(), chunk.end());
     return rows;
 }
@@ -31,7 +31,7 @@ bool bits(const std::optional<double>& a, const std::optional<double>& b)
     return a.has_value() == b.has_value() && (!a || bits(*a, *b));
 }
 
-std::string differences(const cli::MemberRow& a, const cli::MemberRow& b)
+std::string differences(const batch::MemberRow& a, const batch::MemberRow& b)
 {
     std::string out;
     auto check = [&](bool same, const char* name) {
@@ -82,14 +82,14 @@ TEST(JsonLinesReading, PlainRowsMeanWhatTheDocumentMakesOfThem)
         const std::string escaped = R"({"id":"m1",)" + escapedBase + tail;
         const auto rows = read(plain + "\n" + escaped + "\n");
         ASSERT_EQ(rows.size(), 2u) << plain;
-        const auto* a = std::get_if<cli::MemberRow>(&rows[0]);
-        const auto* b = std::get_if<cli::MemberRow>(&rows[1]);
+        const auto* a = std::get_if<batch::MemberRow>(&rows[0]);
+        const auto* b = std::get_if<batch::MemberRow>(&rows[1]);
         ASSERT_EQ(a != nullptr, b != nullptr) << plain;
         if (a) {
             EXPECT_EQ(differences(*a, *b), "") << plain;
         } else {
-            const auto& ea = std::get<cli::RowError>(rows[0]);
-            const auto& eb = std::get<cli::RowError>(rows[1]);
+            const auto& ea = std::get<batch::RowError>(rows[0]);
+            const auto& eb = std::get<batch::RowError>(rows[1]);
             EXPECT_EQ(ea.field, eb.field) << plain;
             EXPECT_EQ(ea.message, eb.message) << plain;
             EXPECT_EQ(ea.id, eb.id) << plain;
@@ -107,13 +107,13 @@ TEST(JsonLinesReading, RowsOnlyTheDocumentReadsKeepTheirMeaning)
         R"({"id":"z","colour":"red"})" "\n"
         R"({"id":"w",)" "\n");
     ASSERT_EQ(rows.size(), 5u);
-    const auto& first = std::get<cli::MemberRow>(rows[0]);
+    const auto& first = std::get<batch::MemberRow>(rows[0]);
     EXPECT_EQ(first.id, "5");
     EXPECT_EQ(first.N, -100.0);
-    EXPECT_EQ(std::get<cli::RowError>(rows[1]).message, "a number outside the range of a double");
-    EXPECT_EQ(std::get<cli::RowError>(rows[2]).field, "N");
-    EXPECT_EQ(std::get<cli::RowError>(rows[3]).field, "colour");
-    EXPECT_EQ(std::get<cli::RowError>(rows[4]).message, "not a JSON object");
+    EXPECT_EQ(std::get<batch::RowError>(rows[1]).message, "a number outside the range of a double");
+    EXPECT_EQ(std::get<batch::RowError>(rows[2]).field, "N");
+    EXPECT_EQ(std::get<batch::RowError>(rows[3]).field, "colour");
+    EXPECT_EQ(std::get<batch::RowError>(rows[4]).message, "not a JSON object");
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 // The batch's fast "%.6g": the same bytes as printf for every kind of value.
 
-#include "../cli/NumberText.h"
+#include <batch/NumberText.h>
 
 #include <gtest/gtest.h>
 
@@ -26,7 +26,7 @@ std::string printfG6(double value)
 std::string fastG6(double value)
 {
     std::string out;
-    cli::appendGeneral6(out, value);
+    batch::appendGeneral6(out, value);
     return out;
 }
 
@@ -75,12 +75,12 @@ TEST(NumberText, WriteGeneral6StaysInItsRoom)
                                   -std::numeric_limits<double>::quiet_NaN()};
     for (int i = 0; i < 100000; ++i) values.push_back((i % 2 ? -1.0 : 1.0) * mantissa(random) * std::pow(10.0, exponent(random)));
     for (const double v : values) {
-        char room[cli::general6Length + 8];
+        char room[batch::general6Length + 8];
         std::fill(std::begin(room), std::end(room), '#');
-        const char* const end = cli::writeGeneral6(room, v);
-        ASSERT_LE(end - room, static_cast<std::ptrdiff_t>(cli::general6Length)) << v;
+        const char* const end = batch::writeGeneral6(room, v);
+        ASSERT_LE(end - room, static_cast<std::ptrdiff_t>(batch::general6Length)) << v;
         EXPECT_EQ(std::string(static_cast<const char*>(room), end), printfG6(v)) << v;
-        for (std::size_t k = cli::general6Length; k < sizeof room; ++k) ASSERT_EQ(room[k], '#') << v;
+        for (std::size_t k = batch::general6Length; k < sizeof room; ++k) ASSERT_EQ(room[k], '#') << v;
     }
 }
 

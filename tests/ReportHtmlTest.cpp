@@ -1,10 +1,10 @@
 // The HTML report's building blocks: escaping of every text from outside, the ticks of the charts, and
 // what the page says of rows that were rejected or gave a utilization that is not finite.
 
-#include "../cli/HtmlReport.h"
-#include "../cli/OutputFile.h"
-#include "../cli/Options.h"
-#include "../cli/Svg.h"
+#include <report/HtmlReport.h>
+#include <batch/OutputFile.h>
+#include <design/InputError.h>
+#include <report/Svg.h>
 
 #include <gtest/gtest.h>
 
@@ -15,7 +15,8 @@
 
 namespace {
 
-using namespace cli;
+using namespace batch;
+using namespace report;
 
 TEST(ReportHtml, TextsFromOutsideAreEscaped)
 {

@@ -1,9 +1,9 @@
-// The batch's output file (cli::StreamedOutputFile): the text appears under its name only when complete,
+// The batch's output file (batch::StreamedOutputFile): the text appears under its name only when complete,
 // at once, in place of an older file; a run that ends without commit leaves the older file byte for byte
 // and no temporary. The write-back hints given while the text grows change nothing of the text.
 
-#include "../cli/Options.h"
-#include "../cli/OutputFile.h"
+#include <design/InputError.h>
+#include <batch/OutputFile.h>
 
 #include <gtest/gtest.h>
 
@@ -50,7 +50,7 @@ TEST_F(StreamedOutputFile, CommitReplacesTheOlderFileWithTheWholeText)
 {
     std::string expected;
     {
-        cli::StreamedOutputFile out("--out", path());
+        batch::StreamedOutputFile out("--out", path());
         for (int i = 0; i < 30000; ++i) {
             std::string line = "row " + std::to_string(i) + "," + std::string(90, static_cast<char>('a' + i % 26)) + "\n";
             out.stream() << line;
@@ -70,7 +70,7 @@ TEST_F(StreamedOutputFile, CommitReplacesTheOlderFileWithTheWholeText)
 TEST_F(StreamedOutputFile, WithoutCommitTheOlderFileStaysAndNoTemporaryIsLeft)
 {
     {
-        cli::StreamedOutputFile out("--out", path());
+        batch::StreamedOutputFile out("--out", path());
         out.stream() << std::string(1 << 20, 'x');
         out.written();
         EXPECT_TRUE(fs::exists(path() + ".part"));
@@ -78,7 +78,7 @@ TEST_F(StreamedOutputFile, WithoutCommitTheOlderFileStaysAndNoTemporaryIsLeft)
     EXPECT_EQ(slurp(path()), "results of yesterday\n");
     EXPECT_FALSE(fs::exists(path() + ".part"));
     {
-        cli::StreamedOutputFile out("--out", path());
+        batch::StreamedOutputFile out("--out", path());
         out.stream() << "half";
         out.discard();
         out.discard();  // twice is harmless
@@ -92,9 +92,9 @@ TEST_F(StreamedOutputFile, AFileThatCannotBeCreatedNamesTheOption)
 {
     const std::string missing = (dir_ / "no such folder" / "results.csv").string();
     try {
-        cli::StreamedOutputFile out("--out", missing);
+        batch::StreamedOutputFile out("--out", missing);
         FAIL() << "no error";
-    } catch (const cli::InputError& e) {
+    } catch (const design::InputError& e) {
         EXPECT_EQ(std::string(e.what()), "--out: cannot write '" + missing + "'");
     }
 }

@@ -2,12 +2,16 @@
 // JSON documents (converted to Python objects), and whole frames of batch rows evaluated by the batch's
 // own code with the GIL released.
 
-#include <cli/BatchInput.h>
-#include <cli/BatchRun.h>
-#include <cli/MemberOptions.h>
-#include <cli/NumberText.h>
-#include <cli/Options.h>
-#include <cli/ResultJson.h>
+#include <batch/BatchInput.h>
+#include <batch/BatchRun.h>
+#include <batch/NumberText.h>
+#include <report/ResultJson.h>
+
+#include <design/DesignBasis.h>
+#include <design/InputError.h>
+#include <design/MemberInput.h>
+#include <design/Rules.h>
+#include <design/SectionNotation.h>
 
 #include <design/CrossSectionCheck.h>
 #include <design/Departures.h>
@@ -79,9 +83,9 @@ std::string exact(double value)
     return std::string(buffer, result.ptr);
 }
 
-cli::ForceOptions forcesOf(double N, double My, double Mz, double Mt, double Vy, double Vz)
+design::ForceInput forcesOf(double N, double My, double Mz, double Mt, double Vy, double Vz)
 {
-    cli::ForceOptions f;
+    design::ForceInput f;
     f.N = finite("N", N);
     f.My = finite("My", My);
     f.Mz = finite("Mz", Mz);
@@ -91,21 +95,21 @@ cli::ForceOptions forcesOf(double N, double My, double Mz, double Mt, double Vy,
     return f;
 }
 
-py::object section(const std::string& name) { return toPython(cli::sectionJson(*cli::lookupSection(name))); }
+py::object section(const std::string& name) { return toPython(report::sectionJson(*design::resolveSection(name))); }
 
 py::object check(const std::string& name, const std::string& steelGrade, double N, double My, double Mz, double Mt,
                  double Vy, double Vz, double gammaM0, bool elastic, const std::string& mode,
                  const std::string& situation, const std::string& rulesName)
 {
-    const design::Rules rules = cli::RulesOption{rulesName}.resolve();
-    auto section = cli::lookupSection(name);
-    KaConstrSteel steel = cli::SteelOption{steelGrade}.resolve();
-    cli::StandardOptions{mode, situation}.apply();
+    const design::Rules rules = design::rulesByName(rulesName);
+    auto section = design::resolveSection(name);
+    KaConstrSteel steel = design::steelByName(steelGrade);
+    design::applyStandard(mode, situation);
     if (finite("gamma_m0", gammaM0) < 0.0) throw py::value_error("gamma_m0: must not be negative, got " + exact(gammaM0));
     const design::CrossSectionRequest request{section.get(), &steel, forcesOf(N, My, Mz, Mt, Vy, Vz).toForces(),
                                               gammaM0, elastic};
     const design::CrossSectionOutcome outcome = design::evaluateCrossSection(request);
-    return toPython(cli::checkJson(*section, steel, request, outcome, design::findDepartures(request, outcome), rules));
+    return toPython(report::checkJson(*section, steel, request, outcome, design::findDepartures(request, outcome), rules));
 }
 
 std::string momentsText(const char* name, const std::optional<std::vector<double>>& values)
@@ -132,12 +136,12 @@ py::object member(const std::string& name, const std::string& steelGrade, double
                   bool torsionallyDeformable, bool twistRestrained, bool cmFloor, const std::string& mode,
                   const std::string& situation, const std::string& rulesName)
 {
-    const design::Rules rules = cli::RulesOption{rulesName}.resolve();
-    auto section = cli::lookupSection(name);
-    KaConstrSteel steel = cli::SteelOption{steelGrade}.resolve();
-    cli::MemberOptions o;
+    const design::Rules rules = design::rulesByName(rulesName);
+    auto section = design::resolveSection(name);
+    KaConstrSteel steel = design::steelByName(steelGrade);
+    design::MemberInput o;
     o.forces = forcesOf(N, My, Mz, Mt, Vy, Vz);
-    o.standard = cli::StandardOptions{mode, situation};
+    o.standard = design::StandardInput{mode, situation};
     o.length = finite("length", length);
     o.lengthY = finite("lcr_y", lcrY);
     o.lengthZ = finite("lcr_z", lcrZ);
@@ -163,7 +167,7 @@ py::object member(const std::string& name, const std::string& steelGrade, double
     const design::MemberRequest request = o.toRequest(section.get(), &steel);
     const design::MemberOutcome outcome = design::evaluateMember(request);
     return toPython(
-        cli::memberJson(*section, steel, request, outcome, design::findDepartures(request, outcome), rules));
+        report::memberJson(*section, steel, request, outcome, design::findDepartures(request, outcome), rules));
 }
 
 // Pairs (x, value) as "x:value,x:value" (or one pair per item of the list).
@@ -185,7 +189,7 @@ py::object mcr(const std::string& name, double length, const std::optional<std::
                const std::vector<double>& torsionalRestraints, const py::object& loadHeight, const std::string& start,
                const std::string& end, double cTheta, int elements)
 {
-    cli::McrOptions o;
+    design::McrOptions o;
     o.name = name;
     o.length = finite("length", length);
     o.momentsY = momentsText("moments_y", momentsY);
@@ -201,7 +205,7 @@ py::object mcr(const std::string& name, double length, const std::optional<std::
     o.end = end;
     o.cTheta = finite("c_theta", cTheta);
     o.elements = elements;
-    return toPython(cli::mcrJson(o));
+    return toPython(report::mcrJson(o));
 }
 
 // A text cell of the CSV the batch reads, quoted where needed; a line break cannot be carried.
@@ -315,12 +319,12 @@ std::string batchText(const py::dict& columns, std::size_t rows)
 template <typename Take>
 void runBatchText(std::string text, unsigned jobs, design::Rules rules, Take take)
 {
-    cli::StandardOptions{}.apply();  // the batch's standard: EN, persistent situation
+    design::StandardInput{}.apply();  // the batch's standard: EN, persistent situation
     std::istringstream in(std::move(text));
-    cli::BatchReader reader(in, cli::BatchFormat::Csv, jobs);
-    cli::BatchEvaluator evaluator(jobs, rules);
-    std::vector<cli::BatchRow> chunk;
-    std::vector<cli::RowResult> results;
+    batch::BatchReader reader(in, batch::BatchFormat::Csv, jobs);
+    batch::BatchEvaluator evaluator(jobs, rules);
+    std::vector<batch::BatchRow> chunk;
+    std::vector<batch::RowResult> results;
     std::size_t first = 0;
     while (reader.next(chunk, 8192)) {
         evaluator.run(chunk, results);
@@ -334,7 +338,7 @@ double asWritten(double value)
 {
     if (!std::isfinite(value)) return value;
     std::string text;
-    cli::appendGeneral6(text, value);
+    batch::appendGeneral6(text, value);
     double back = 0.0;
     std::from_chars(text.data(), text.data() + text.size(), back);
     return back;
@@ -347,7 +351,7 @@ double asWritten(double value)
 // rules, libraryUtilization under EN rules.
 py::dict evaluateColumnsToArrays(const py::dict& columns, std::size_t rows, unsigned jobs, const std::string& rulesName)
 {
-    const design::Rules rules = cli::RulesOption{rulesName}.resolve();
+    const design::Rules rules = design::rulesByName(rulesName);
     static const char* const numberNames[] = {
         "class", "errorCode", "memberErrorCode", "shearBucklingErrorCode", "Axial", "Torsion", "Bending", "Shear",
         "AxialBending", "ShearBending", "AxialShearBending", "memberCompression", "memberBending",
@@ -371,9 +375,9 @@ py::dict evaluateColumnsToArrays(const py::dict& columns, std::size_t rows, unsi
             if (added) table.push_back(s);
             return it->second;
         };
-        runBatchText(std::move(text), jobs, rules, [&](const std::vector<cli::RowResult>& results, std::size_t first) {
+        runBatchText(std::move(text), jobs, rules, [&](const std::vector<batch::RowResult>& results, std::size_t first) {
             for (std::size_t k = 0; k < results.size(); ++k) {
-                const cli::RowResult& r = results[k];
+                const batch::RowResult& r = results[k];
                 const std::size_t i = first + k;
                 ids[i] = r.id;  // mostly distinct: kept apart from the table of repeated texts
                 texts[1][i] = intern(r.rejected ? "rejected" : "checked");
@@ -438,12 +442,12 @@ py::dict evaluateColumnsToArrays(const py::dict& columns, std::size_t rows, unsi
 PYBIND11_MODULE(_core, m)
 {
     m.doc() = "steeldesign: steel members to EN 1993-1-1 and EN 1993-1-5 (compiled part)";
-    static py::exception<cli::InputError> inputError(m, "InputError", PyExc_ValueError);
+    static py::exception<design::InputError> inputError(m, "InputError", PyExc_ValueError);
     // The command's messages name its options ("--gamma-m1: ..."); here they name the argument.
     py::register_exception_translator([](std::exception_ptr p) {
         try {
             if (p) std::rethrow_exception(p);
-        } catch (const cli::InputError& e) {
+        } catch (const design::InputError& e) {
             std::string message = e.what();
             if (message.rfind("--", 0) == 0) {
                 message.erase(0, 2);

@@ -18,7 +18,7 @@
 #include <string>
 #include <vector>
 
-namespace cli {
+namespace batch {
 
 // The result of one row: the design of its member (design::DesignSummary), or why it was rejected.
 struct RowResult : design::DesignSummary {
@@ -122,4 +122,4 @@ int exitCodeOf(const std::vector<RowResult>& results);
 // JSON Lines when the first non-blank character is '{', CSV otherwise; the stream is rewound.
 BatchFormat sniffFormat(std::istream& in);
 
-} // namespace cli
+} // namespace batch

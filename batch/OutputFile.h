@@ -4,6 +4,8 @@
 // input and is never half-written. The text goes to a temporary file
 // beside the target that is renamed when complete, so a failure leaves an existing file untouched.
 
+#include <design/InputError.h>
+
 #include <condition_variable>
 #include <memory>
 #include <mutex>
@@ -12,7 +14,9 @@
 #include <string_view>
 #include <thread>
 
-namespace cli {
+namespace batch {
+
+using design::InputError;
 
 // InputError, named after the command, for an input that is a directory or does not exist ("-": standard
 // input, nothing to check).
@@ -63,4 +67,4 @@ private:
     std::thread writeBack_;
 };
 
-} // namespace cli
+} // namespace batch

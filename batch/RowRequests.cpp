@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-namespace cli {
+namespace batch {
 
 namespace {
 
@@ -58,4 +58,4 @@ RowRequests rowRequests(const MemberRow& row, SDBSection* section, KaConstrSteel
     return requests;
 }
 
-} // namespace cli
+} // namespace batch

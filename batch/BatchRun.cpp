@@ -27,7 +27,7 @@
 #include <thread>
 #include <unordered_map>
 
-namespace cli {
+namespace batch {
 
 using namespace SteelDesign;
 
@@ -998,4 +998,4 @@ BatchFormat sniffFormat(std::istream& in)
     return format;
 }
 
-} // namespace cli
+} // namespace batch

@@ -6,7 +6,7 @@
 #include <cstring>
 
 
-namespace cli {
+namespace batch {
 
 namespace {
 
@@ -119,4 +119,4 @@ char* writeGeneral6(char* text, double value)
     return t;
 }
 
-} // namespace cli
+} // namespace batch

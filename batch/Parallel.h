@@ -9,7 +9,7 @@
 #include <thread>
 #include <vector>
 
-namespace cli {
+namespace batch {
 
 // Calls body(begin, end) for consecutive chunks of [0, count), on up to jobs threads (0: every core);
 // serially when the count fits one chunk. Returns when all chunks are done. body must not throw.
@@ -37,4 +37,4 @@ void forEachChunk(std::size_t count, std::size_t chunk, unsigned jobs, Body body
     for (std::thread& t : pool) t.join();
 }
 
-} // namespace cli
+} // namespace batch

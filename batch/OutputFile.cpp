@@ -1,6 +1,5 @@
 #include "OutputFile.h"
 
-#include "Options.h"
 
 #include <ext/stdio_filebuf.h>
 #include <fcntl.h>
@@ -9,7 +8,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace cli {
+namespace batch {
 
 void checkInputFile(std::string_view command, const std::string& file)
 {
@@ -142,4 +141,4 @@ void StreamedOutputFile::discard() noexcept
     std::filesystem::remove(temporary_, ignored);
 }
 
-} // namespace cli
+} // namespace batch

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <cstdio>
 
-namespace cli {
+namespace report {
 
 void appendEscaped(std::string& out, std::string_view text)
 {
@@ -182,4 +182,4 @@ std::string SvgPlot::finish()
     return std::move(out_);
 }
 
-} // namespace cli
+} // namespace report

@@ -1,11 +1,12 @@
 #include "HtmlReport.h"
 
-#include "Options.h"
-#include "OutputFile.h"
-#include "Parallel.h"
-#include "Report.h"
-#include "RowRequests.h"
+#include "ResultJson.h"
+#include "ResultText.h"
 #include "Svg.h"
+
+#include <batch/OutputFile.h>
+#include <batch/Parallel.h>
+#include <batch/RowRequests.h>
 
 #include <design/BucklingCurves.h>
 #include <design/Departures.h>
@@ -21,9 +22,11 @@
 #include <ctime>
 #include <sstream>
 
-namespace cli {
+namespace report {
 
 namespace {
+
+using namespace batch;
 
 using SteelDesign::Axis;
 using SteelDesign::BucklingResults;
@@ -522,7 +525,7 @@ std::string memberSection(const ReportMember& m, std::size_t index)
     out += "</div>";
     design::Departures departures;
     const design::DesignSummary library = design::designMember(m.cross, m.member ? &*m.member : nullptr, &departures);
-    std::vector<CheckPair> checks;
+    std::vector<design::CheckPair> checks;
     const auto& names = utilizationNames();
     for (std::size_t i = 0; i < 7; ++i) checks.push_back({names[i], en.utilizations[i], library.crossSection[i]});
     for (std::size_t i = 0; i < 4; ++i) checks.push_back({names[7 + i], en.utilizations[7 + i], library.member[i]});
@@ -808,4 +811,4 @@ void writeReport(std::ostream& out, const ReportHeader& header, const std::vecto
         << "</script></body></html>\n";
 }
 
-} // namespace cli
+} // namespace report

@@ -10,7 +10,7 @@
 
 #include <optional>
 
-namespace cli {
+namespace batch {
 
 struct RowRequests {
     design::CrossSectionRequest cross;
@@ -19,4 +19,4 @@ struct RowRequests {
 
 RowRequests rowRequests(const MemberRow& row, SDBSection* section, KaConstrSteel* steel);
 
-} // namespace cli
+} // namespace batch

@@ -1,6 +1,5 @@
 #include "BatchInput.h"
 
-#include "Options.h"
 #include "Parallel.h"
 
 #include <nlohmann/json.hpp>
@@ -17,7 +16,7 @@
 #include <map>
 #include <string_view>
 
-namespace cli {
+namespace batch {
 
 namespace {
 
@@ -670,4 +669,4 @@ std::vector<BatchRow> readBatch(std::istream& in, BatchFormat format)
     return all;
 }
 
-} // namespace cli
+} // namespace batch

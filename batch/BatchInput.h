@@ -22,6 +22,8 @@
 // An empty cell (or a JSON null) of an optional column takes its default; of a required one it rejects
 // the row. The moment values default to the row's My (Mz) at all three points.
 
+#include <design/InputError.h>
+
 #include <array>
 #include <cstddef>
 #include <istream>
@@ -31,7 +33,9 @@
 #include <variant>
 #include <vector>
 
-namespace cli {
+namespace batch {
+
+using design::InputError;
 
 struct MemberRow {
     std::size_t line = 0;  // 1-based line of the input file
@@ -98,4 +102,4 @@ private:
 // Every row of the input at once.
 std::vector<BatchRow> readBatch(std::istream& in, BatchFormat format);
 
-} // namespace cli
+} // namespace batch

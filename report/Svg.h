@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-namespace cli {
+namespace report {
 
 // Text made safe for HTML and SVG content and attribute values.
 std::string htmlEscape(std::string_view text);
@@ -63,4 +63,4 @@ private:
 // Round tick values covering [min, max], about `count` of them.
 std::vector<double> niceTicks(double min, double max, int count);
 
-} // namespace cli
+} // namespace report

@@ -12,7 +12,7 @@
 // Every number in the tables is the batch's own text of it (the same cells as `steeldesign batch
 // --format csv`); the trace and the charts read the results records of the same checks.
 
-#include "BatchRun.h"
+#include <batch/BatchRun.h>
 
 #include <design/CrossSectionCheck.h>
 #include <design/MemberCheck.h>
@@ -28,7 +28,10 @@
 #include <string_view>
 #include <vector>
 
-namespace cli {
+namespace report {
+
+using batch::BatchRow;
+using batch::RowResult;
 
 // One member and load case of the report: a batch row, or the member of `check` / `member`.
 struct ReportMember {
@@ -72,4 +75,4 @@ void writeMemberReport(std::string_view option, const std::string& path, const s
 // Today's date as yyyy-mm-dd (local time).
 std::string todayText();
 
-} // namespace cli
+} // namespace report

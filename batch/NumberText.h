@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <string>
 
-namespace cli {
+namespace batch {
 
 // Appends value as printf's "%.6g" writes it ("0.873912", "1.2e-07", "100000", "1e+06", "inf", "-nan").
 void appendGeneral6(std::string& out, double value);
@@ -17,4 +17,4 @@ inline constexpr std::size_t general6Length = 16;
 // written too); returns the end of the text.
 char* writeGeneral6(char* out, double value);
 
-} // namespace cli
+} // namespace batch

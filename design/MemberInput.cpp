@@ -1,0 +1,101 @@
+#include "MemberInput.h"
+
+#include "TraceSheet.h"
+
+#include <cmath>
+#include <cstdlib>
+#include <vector>
+
+namespace design {
+
+namespace {
+
+// "M1,Mm,M2": three finite numbers; empty text gives the uniform moment.
+std::vector<double> parseMoments(const std::string& option, const std::string& text, double uniform)
+{
+    if (text.empty()) return {uniform, uniform, uniform};
+    std::vector<double> values;
+    std::size_t start = 0;
+    while (true) {
+        const std::size_t comma = text.find(',', start);
+        const std::string item = text.substr(start, comma == std::string::npos ? std::string::npos : comma - start);
+        char* end = nullptr;
+        const double value = std::strtod(item.c_str(), &end);
+        if (item.empty() || end == item.c_str() || *end != '\0' || !std::isfinite(value))
+            throw InputError(option + ": expected three numbers M1,Mm,M2 in kNm, got '" + text + "'");
+        values.push_back(value);
+        if (comma == std::string::npos) break;
+        start = comma + 1;
+    }
+    if (values.size() != 3)
+        throw InputError(option + ": expected three numbers M1,Mm,M2 in kNm, got '" + text + "'");
+    return values;
+}
+
+SteelDesign::MomentDiagram parseDiagram(const std::string& option, const std::string& text)
+{
+    if (text == "polygonal") return SteelDesign::MomentDiagram::Polygonal;
+    if (text == "parabolic") return SteelDesign::MomentDiagram::Parabolic;
+    throw InputError(option + ": unknown moment diagram '" + text + "' (polygonal, parabolic)");
+}
+
+SteelDesign::ApplicationPoint parseLoadPoint(const std::string& text)
+{
+    if (text == "center") return SteelDesign::ApplicationPoint::Center;
+    if (text == "top") return SteelDesign::ApplicationPoint::Top;
+    if (text == "bottom") return SteelDesign::ApplicationPoint::Bottom;
+    throw InputError("--load-point: unknown load application point '" + text + "' (center, top, bottom)");
+}
+
+void requireNonNegative(const char* option, double value)
+{
+    if (value < 0.0) throw InputError(std::string(option) + ": must not be negative, got " + tracetext::printed(value, 4));
+}
+
+} // namespace
+
+BucklingLengths MemberInput::lengths() const
+{
+    return resolveLengths(length, lengthY, lengthZ, lengthLT);
+}
+
+MemberRequest MemberInput::toRequest(SDBSection* section, KaConstrSteel* steel) const
+{
+    standard.apply();
+    requireNonNegative("--length", length.value_or(0.0));
+    requireNonNegative("--lcr-y", lengthY.value_or(0.0));
+    requireNonNegative("--lcr-z", lengthZ.value_or(0.0));
+    requireNonNegative("--l-lt", lengthLT.value_or(0.0));
+    if (!(gammaM1 > 0.0)) throw InputError("--gamma-m1: must be positive, got " + tracetext::printed(gammaM1, 4));
+    requireNonNegative("--mcr", mcr);
+    requireNonNegative("--c-theta", cTheta);
+    requireNonNegative("--shear-panel", shearPanel);
+    const SteelDesign::Forces f = forces.toForces();
+    const std::vector<double> valuesY = parseMoments("--moments-y", momentsY, f.getMy());
+    const std::vector<double> valuesZ = parseMoments("--moments-z", momentsZ, f.getMz());
+    MemberRequest request;
+    request.section = section;
+    request.steel = steel;
+    request.forces = f;
+    request.moments = makeMoments({valuesY[0], valuesY[1], valuesY[2]}, parseDiagram("--diagram-y", diagramY),
+                                  {valuesZ[0], valuesZ[1], valuesZ[2]}, parseDiagram("--diagram-z", diagramZ),
+                                  maxMoment, parseLoadPoint(loadPoint), mcr);
+    request.lengths = lengths();
+    if (mcrMethod != "tables" && mcrMethod != "numerical")
+        throw InputError("--mcr-method: '" + mcrMethod + "' is not one of tables, numerical");
+    if (mcrMethod == "numerical" && mcr != 0.0)
+        throw InputError("--mcr-method: numerical computes Mcr; it cannot be combined with --mcr");
+    request.mcrMethod = mcrMethod == "numerical" ? McrMethod::Numerical : McrMethod::Tables;
+    request.gammaM1 = gammaM1;
+    request.cTheta = cTheta;
+    request.shearPanel = shearPanel;
+    request.method = rolledMethod    ? LateralTorsionalMethod::Rolled
+                     : generalMethod ? LateralTorsionalMethod::General
+                                     : LateralTorsionalMethod::Automatic;
+    request.torsionallyDeformable = torsionallyDeformable;
+    request.twistRestrained = twistRestrained;
+    request.cmFloor = cmFloor;
+    return request;
+}
+
+} // namespace design
