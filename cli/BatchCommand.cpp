@@ -9,10 +9,11 @@
 // is renamed when complete, so an interrupted or failed run leaves an existing --out untouched. A UTF-8
 // byte-order mark and CRLF line ends are accepted.
 
-#include <batch/BatchInput.h>
-#include <batch/BatchRun.h>
 #include "Commands.h"
 #include "Options.h"
+
+#include <batch/BatchInput.h>
+#include <batch/BatchRun.h>
 #include <batch/OutputFile.h>
 
 #include <csignal>

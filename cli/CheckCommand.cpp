@@ -4,17 +4,17 @@
 // not be verified (class 4, or not supported for the section under these actions: error code 6).
 
 #include "Commands.h"
-#include <design/SectionNotation.h>
 #include "Options.h"
-#include <report/ResultText.h>
-#include <report/HtmlReport.h>
-#include <batch/OutputFile.h>
-#include <report/ResultJson.h>
 
+#include <batch/OutputFile.h>
 #include <design/CrossSectionCheck.h>
 #include <design/Departures.h>
 #include <design/EnEvaluation.h>
 #include <design/MemberDesign.h>
+#include <design/SectionNotation.h>
+#include <report/HtmlReport.h>
+#include <report/ResultJson.h>
+#include <report/ResultText.h>
 
 #include <KaMaterial.h>
 

@@ -3,14 +3,14 @@
 // and the web height.
 
 #include "Commands.h"
-#include <design/SectionNotation.h>
 #include "Options.h"
-#include <report/ResultJson.h>
-#include <report/ResultText.h>
 
 #include <design/EnCrossSection.h>
 #include <design/EnEvaluation.h>
 #include <design/PlateClassification.h>
+#include <design/SectionNotation.h>
+#include <report/ResultJson.h>
+#include <report/ResultText.h>
 
 #include <KaMaterial.h>
 #include <SteelDesign/SectionInitializer.h>

@@ -6,12 +6,12 @@
 // moment that buckles the member).
 
 #include "Commands.h"
-#include <design/SectionNotation.h>
 #include "Options.h"
-#include <report/ResultText.h>
-#include <report/ResultJson.h>
 
 #include <design/CriticalMomentSolver.h>
+#include <design/SectionNotation.h>
+#include <report/ResultJson.h>
+#include <report/ResultText.h>
 
 #include <nlohmann/json.hpp>
 

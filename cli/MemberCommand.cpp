@@ -13,17 +13,17 @@
 // Exit code 0 fulfilled (or nothing to verify), 1 not fulfilled, 2 bad input, 3 not verified.
 
 #include "Commands.h"
-#include <design/SectionNotation.h>
 #include "MemberOptions.h"
+#include "Options.h"
 
+#include <batch/OutputFile.h>
 #include <design/Departures.h>
 #include <design/EnEvaluation.h>
 #include <design/MemberDesign.h>
-#include "Options.h"
-#include <report/ResultText.h>
+#include <design/SectionNotation.h>
 #include <report/HtmlReport.h>
-#include <batch/OutputFile.h>
 #include <report/ResultJson.h>
+#include <report/ResultText.h>
 
 #include <KaMaterial.h>
 #include <KaMath.h>

@@ -4,12 +4,13 @@
 // fulfilled, 1 one not, 3 one not verified, 2 a row or the file rejected (the report is still written and
 // lists the rejected rows with their reasons).
 
+#include "Commands.h"
+#include "Options.h"
+
 #include <batch/BatchInput.h>
 #include <batch/BatchRun.h>
-#include "Commands.h"
-#include <report/HtmlReport.h>
-#include "Options.h"
 #include <batch/OutputFile.h>
+#include <report/HtmlReport.h>
 
 #include <filesystem>
 #include <fstream>

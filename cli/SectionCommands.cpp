@@ -3,12 +3,12 @@
 // Text in mm, cm2, cm4, cm3, cm6; JSON in m-based SI units (m, m2, m3, m4, m6).
 
 #include "Commands.h"
-#include <design/SectionNotation.h>
 #include "Options.h"
 
-#include <SectionCatalogue.h>
-
+#include <design/SectionNotation.h>
 #include <report/ResultJson.h>
+
+#include <SectionCatalogue.h>
 
 #include <nlohmann/json.hpp>
 

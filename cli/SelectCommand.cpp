@@ -3,10 +3,11 @@
 // passes the cross-section check and, with a length, the member checks; with the utilizations of it and
 // of the next lighter one, which fails. Exit code 0 when a profile passes, 1 when none does, 2 for bad input.
 
-#include <batch/BatchRun.h>
 #include "Commands.h"
 #include "MemberOptions.h"
 #include "Options.h"
+
+#include <batch/BatchRun.h>
 #include <report/ResultText.h>
 
 #include <SectionCatalogue.h>
@@ -91,7 +92,7 @@ void run(const SelectOptions& o, CommandResult& result)
     if (o.gammaM0 < 0.0) throw InputError("--gamma-m0: must not be negative, got " + number(o.gammaM0, 4));
     // Validates the member options once, on the first profile.
     std::vector<Candidate> candidates;
-    for (const std::string& name : names) candidates.push_back({SDBCatalogue::get(name), {}});
+    for (const std::string& name : names) candidates.push_back({design::makeSection(name), {}});
     std::stable_sort(candidates.begin(), candidates.end(),
                      [](const Candidate& a, const Candidate& b) { return a.section->getA() < b.section->getA(); });
 
