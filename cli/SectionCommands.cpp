@@ -6,6 +6,7 @@
 #include "Options.h"
 
 #include <design/SectionNotation.h>
+#include <design/ShearCentre.h>
 #include <report/ResultJson.h>
 
 #include <SectionCatalogue.h>
@@ -77,6 +78,15 @@ void printText(const SDBSection& s)
     line("Wpl,z", figures(p.Wplz * 1e6), "cm3");
     line("ey", fixed(p.ey * 1e3, 2), "mm");
     line("ez", fixed(p.ez * 1e3, 2), "mm");
+    const design::SectionAxes axes = design::sectionAxes(s);
+    line("Iu", figures(axes.principal.Iu * 1e8), "cm4");
+    line("Iv", figures(axes.principal.Iv * 1e8), "cm4");
+    line("alpha", fixed(axes.alphaDegrees(), 2), "deg (y to u)");
+    if (axes.shearCentre.known) {
+        line("ysc", fixed(axes.shearCentre.ysc * 1e3, 2), "mm (shear centre from the centroid)");
+        line("zsc", fixed(axes.shearCentre.zsc * 1e3, 2), "mm");
+        line("i0", fixed(axes.i0 * 1e3, 2), "mm (polar radius of gyration about the shear centre)");
+    }
 }
 
 

@@ -13,13 +13,15 @@
 //  - Angles and Z sections: flexural buckling about the principal axes (u with Lcr,y, the minor axis v
 //    with the larger of Lcr,y and Lcr,z); their interaction with moments about the leg axes is outside
 //    our scope, and so is their lateral-torsional buckling unless a critical moment is given.
-//  - Torsional and torsional-flexural buckling (6.3.1.4) of the open kinds with an axis of symmetry or
-//    two: I sections (doubly symmetric: Ncr = Ncr,T), I sections with unequal flanges and tees (symmetric
-//    about z), channels U, WU and C (symmetric about y); the shear centre from the plates' dimensions;
-//    lT = L_LT when given, else L_cr,z, with fork conditions at the ends; the curve of the z axis; its
-//    Nb,T,Rd joins memberCompression. "Not verified" for angles and Z sections (principal axes), and where
-//    no torsional length is given; no torsional mode where the request says the member is restrained
-//    against twist, and none for closed and solid sections (6.3.1.4(1): open sections).
+//  - Torsional and torsional-flexural buckling (6.3.1.4) of the open kinds: I sections (doubly symmetric:
+//    Ncr = Ncr,T) and Z sections (point-symmetric: the same), I sections with unequal flanges and tees
+//    (symmetric about z), channels U, WU and C (symmetric about y), equal angles (symmetric about u: the
+//    exact equation with flexure about u), unequal angles (no symmetry: the lowest root of the cubic with
+//    flexure about u and v); the shear centre from the plates' dimensions (ShearCentre.h); lT = L_LT when
+//    given, else L_cr,z, with fork conditions at the ends; the curve of the z axis; its Nb,T,Rd joins
+//    memberCompression. "Not verified" where no torsional length is given; no torsional mode where the
+//    request says the member is restrained against twist, and none for closed and solid sections
+//    (6.3.1.4(1): open sections).
 //  - Mcr: the host's, the numerical one, EnCriticalMoment's; where none is found the closed form of
 //    uniform moment with C1 = 1 (a load on the top flange at C2 = 0.5) for sections symmetric about y,
 //    "not verified" for angles, Z sections, tees and I sections with unequal flanges.
@@ -35,6 +37,7 @@
 #include "EnCriticalMoment.h"
 #include "EquivalentMomentFactor.h"
 #include "InteractionFactors.h"
+#include "ShearCentre.h"
 #include "TraceSheet.h"
 
 #include <KaMaterial.h>
@@ -70,27 +73,8 @@ constexpr double defaultG = 81.0e6;
 
 enum Slot : std::size_t { sCompression = 0, sBending = 1, sCompressionBending = 2, sShearBuckling = 3 };
 
-enum class Kind : unsigned char { I, U, T, L, Z, RH, O, R, Circle, C, WU, WZ, Other };
-
-Kind kindOf(const SDBSection& section)
-{
-    const SDBSectionType* type = section.getType();
-    if (!type) return Kind::Other;
-    const std::string& key = type->getKey();
-    if (key == SDBKey::I) return Kind::I;
-    if (key == SDBKey::U) return Kind::U;
-    if (key == SDBKey::T) return Kind::T;
-    if (key == SDBKey::L) return Kind::L;
-    if (key == SDBKey::Z) return Kind::Z;
-    if (key == SDBKey::RH) return Kind::RH;
-    if (key == SDBKey::O) return Kind::O;
-    if (key == SDBKey::R) return Kind::R;
-    if (key == SDBKey::Circle) return Kind::Circle;
-    if (key == SDBKey::C) return Kind::C;
-    if (key == SDBKey::WU) return Kind::WU;
-    if (key == SDBKey::WZ) return Kind::WZ;
-    return Kind::Other;
-}
+using Kind = SectionKind;
+Kind kindOf(const SDBSection& section) { return sectionKind(section); }
 
 bool finite(double x) { return std::isfinite(x); }
 
@@ -175,24 +159,15 @@ enum class TorsionState : unsigned char {
     Computed,
 };
 
-// Where the shear centre lies: on the axis of symmetry ('z' for tees and I sections with unequal flanges,
-// 'y' for channels), at the distance y0 from the centroid; axis 0 for a doubly symmetric section.
-struct ShearCentre {
-    bool known = false;
-    char axis = 0;
-    double y0 = 0.0;
-    double centroid = 0.0;  // the centroid from the reference of the formula (the trace's numbers)
-    double offset = 0.0;    // the shear centre from the same reference
-    bool plateCentroid = false;  // the row gives no centroid offset: the plates' centroid is used
-};
-
 struct TorsionWork {
     TorsionState state = TorsionState::NotAsked;
     const char* why = "";      // NotChecked, Restrained: the reason
     ShearCentre sc;
     bool lengthFromLT = false; // lT = L_LT (else L_cr,z)
     double lT = 0.0, iy2 = 0.0, iz2 = 0.0, i02 = 0.0, GIt = 0.0, warping = 0.0, NcrT = 0.0;
-    bool coupled = false;      // symmetric about one axis only: Ncr,TF
+    bool coupled = false;      // symmetric about one axis only, or none: Ncr,TF
+    bool cubic = false;        // no axis of symmetry (unequal angle): Ncr,TF of the cubic
+    double u0 = 0.0, v0 = 0.0, NcrU = 0.0, NcrV = 0.0;  // angles: the shear centre in u, v; the cubic's Ncr
     bool flexureFree = false;  // the axis of symmetry has no flexural length: Ncr,s infinite, Ncr,TF = Ncr,T
     double NcrS = 0.0, ratio = 0.0, beta = 1.0, NcrTF = 0.0, Ncr = 0.0;
     double lambda = 0.0, alpha = 0.0, phi = 0.0, chiCurve = 0.0, chi = 1.0, NbRd = 0.0, u = 0.0;
@@ -331,15 +306,6 @@ struct Work {
     WebWork webs[2];
 };
 
-// Symmetric about z only: a tee, or an I section with unequal flanges.
-bool monoSymmetric(Kind kind, const SDBSection& section)
-{
-    if (kind == Kind::T) return true;
-    if (kind != Kind::I) return false;
-    const auto* I = dynamic_cast<const SDBSectionI*>(&section);
-    return I && (std::fabs(I->getB2() - I->getB()) > 1e-12 || std::fabs(I->getT2() - I->getT()) > 1e-12);
-}
-
 // The closed form of Mcr under uniform moment with fork supports (C1 = 1): pi² E Iz / L² (sqrt(Iw / Iz +
 // L² G It / (pi² E Iz) + (0.5 zg)²) + 0.5 zg), zg the height of a load on the top flange (z down,
 // destabilising) where the diagram implies a transverse load there, 0 otherwise (a load below the
@@ -366,19 +332,16 @@ void flexural(const MemberRequest& request, const EnCrossSection& cross, Work& w
     const double Iy = s.getIy(), Iz = s.getIz();
     const double Ly = request.lengths.y > 0.0 ? request.lengths.y : 0.0;
     const double Lz = request.lengths.z > 0.0 ? request.lengths.z : 0.0;
-    const double Iyz = s.getProperties().Iyz;
-    w.principal = (w.kind == Kind::L || w.kind == Kind::Z || w.kind == Kind::WZ) &&
-                  std::fabs(Iyz) > 1e-9 * (std::fabs(Iy) + std::fabs(Iz));
+    const PrincipalAxes principal = principalAxes(s);
+    w.principal = (w.kind == Kind::L || w.kind == Kind::Z || w.kind == Kind::WZ) && principal.rotated;
     AxisWork& y = w.axes[0];
     AxisWork& z = w.axes[1];
     if (w.principal) {
-        const double mean = 0.5 * (Iy + Iz), half = 0.5 * (Iy - Iz);
-        const double R = std::sqrt(half * half + Iyz * Iyz);
         y.name = "u";
-        y.I = mean + R;
+        y.I = principal.Iu;
         y.L = Ly;
         z.name = "v";
-        z.I = mean - R;
+        z.I = principal.Iv;
         z.L = std::max(Ly, Lz);
     } else {
         y.I = Iy;
@@ -409,111 +372,6 @@ void flexural(const MemberRequest& request, const EnCrossSection& cross, Work& w
     }
 }
 
-// The shear centre of the open kinds from their dimensions (thin-walled plates, fillets neglected), the
-// centroid from the database (getEy, getEz: the true centroid with the fillets); a row without a centroid
-// offset (0, not possible for these kinds) takes the plates' centroid.
-//  - I with unequal flanges: on the web axis, between the flanges' mid-planes at hs I2 / (I1 + I2) below
-//    the top one, Ii = ti bi³ / 12, hs = h - t1 / 2 - t2 / 2 (the shear centre of two flanges joined by a
-//    thin web); doubly symmetric: the centroid.
-//  - Tee: the intersection of the flange's mid-plane with the stem (two plates meeting at a point).
-//  - U, WU: beyond the web, e = 3 b'² tf / (6 b' tf + h' tw) from its centre line, b' = b - tw / 2,
-//    h' = h - tf (the same b', h' as the database's Iw).
-//  - C (lipped, one thickness t, centre line): e = b' t (3 a² b' + 6 c' a² - 8 c'³) / (12 I) from the
-//    web's centre line, a = h - t, b' = b - t, c' = (h - t - c) / 2 the lip from the flange's centre line,
-//    I = t (a³ / 12 + a² b' / 2 + c' a² / 2 - a c'² + 2 c'³ / 3) of the centre line about the axis of
-//    symmetry (the shear flow of each plate's first moment; c' = 0 gives the channel's formula).
-ShearCentre shearCentreOf(Kind kind, const SDBSection& s)
-{
-    ShearCentre c;
-    switch (kind) {
-    case Kind::I: {
-        const auto* I = dynamic_cast<const SDBSectionI*>(&s);
-        if (!I) {
-            // No dimensions: doubly symmetric when the centroid lies at mid-height.
-            c.known = s.getEz() == 0.0;
-            return c;
-        }
-        if (!monoSymmetric(kind, s)) {
-            c.known = true;
-            return c;
-        }
-        const double h = I->getH(), b1 = I->getB(), t1 = I->getT(), tw = I->getS(), b2 = I->getB2(), t2 = I->getT2();
-        const double I1 = t1 * b1 * b1 * b1 / 12.0, I2 = t2 * b2 * b2 * b2 / 12.0;
-        if (!(I1 + I2 > 0.0)) return c;
-        const double hs = h - 0.5 * t1 - 0.5 * t2;
-        c.offset = -0.5 * h + 0.5 * t1 + hs * I2 / (I1 + I2);  // below mid-height
-        c.centroid = s.getEz();
-        if (c.centroid == 0.0) {
-            const double hw = h - t1 - t2, A = b1 * t1 + b2 * t2 + tw * hw;
-            c.centroid = (b1 * t1 * (0.5 * t1 - 0.5 * h) + tw * hw * 0.5 * (t1 - t2) + b2 * t2 * (0.5 * h - 0.5 * t2)) / A;
-            c.plateCentroid = true;
-        }
-        c.axis = 'z';
-        break;
-    }
-    case Kind::T: {
-        const auto* T = dynamic_cast<const SDBSectionT*>(&s);
-        if (!T) return c;
-        const double h = T->getH(), b = T->getB(), tw = T->getS(), tf = T->getT();
-        c.offset = 0.5 * tf;  // below the top of the flange
-        c.centroid = s.getEz();
-        if (c.centroid == 0.0) {
-            const double A = b * tf + tw * (h - tf);
-            c.centroid = (b * tf * 0.5 * tf + tw * (h - tf) * 0.5 * (h + tf)) / A;
-            c.plateCentroid = true;
-        }
-        c.axis = 'z';
-        break;
-    }
-    case Kind::U:
-    case Kind::WU: {
-        double h = 0.0, b = 0.0, tw = 0.0, tf = 0.0;
-        if (const auto* U = dynamic_cast<const SDBSectionU*>(&s)) {
-            h = U->getH(), b = U->getB(), tw = U->getS(), tf = U->getT();
-        } else if (const auto* W = dynamic_cast<const SDBSectionW*>(&s)) {
-            h = W->getH(), b = W->getFlangeWidth(), tw = W->getS(), tf = W->getT();
-        } else {
-            return c;
-        }
-        const double bp = b - 0.5 * tw, hp = h - tf;
-        const double den = 6.0 * bp * tf + hp * tw;
-        if (!(den > 0.0)) return c;
-        // Measured from the back of the web towards the flanges' tips (-y in the database).
-        c.offset = 0.5 * tw - 3.0 * bp * bp * tf / den;
-        c.centroid = -s.getEy();
-        if (c.centroid == 0.0) {
-            const double hw = h - 2.0 * tf, A = 2.0 * b * tf + hw * tw;
-            c.centroid = (b * tf * b + hw * tw * 0.5 * tw) / A;
-            c.plateCentroid = true;
-        }
-        c.axis = 'y';
-        break;
-    }
-    case Kind::C: {
-        const auto* C = dynamic_cast<const SDBSectionC*>(&s);
-        if (!C) return c;
-        const double h = C->getH(), b = C->getB(), t = C->getT(), cl = 0.5 * (h - t - C->getC());
-        const double a = h - t, bp = b - t;
-        const double Ix = t * (a * a * a / 12.0 + 0.5 * a * a * bp + 0.5 * cl * a * a - a * cl * cl + 2.0 / 3.0 * cl * cl * cl);
-        if (!(Ix > 0.0)) return c;
-        const double e = bp * t * (3.0 * a * a * bp + 6.0 * cl * a * a - 8.0 * cl * cl * cl) / (12.0 * Ix);
-        c.offset = 0.5 * t - e;
-        c.centroid = -s.getEy();
-        if (c.centroid == 0.0) {
-            const double A = t * (a + 2.0 * bp + 2.0 * cl);
-            c.centroid = 0.5 * t + t * (bp * bp + 2.0 * cl * bp) / A;
-            c.plateCentroid = true;
-        }
-        c.axis = 'y';
-        break;
-    }
-    default: return c;
-    }
-    c.y0 = std::fabs(c.offset - c.centroid);
-    c.known = finite(c.y0);
-    return c;
-}
-
 // 6.3.1.4 with Ncr,T and Ncr,TF of the classical theory of thin-walled members (EN 1993-1-3 6.2.3): the
 // torsional mode about the shear centre and, for a section symmetric about one axis, its coupling with
 // flexure about that axis (the smaller root of (Ncr,s - N)(Ncr,T - N) = N² (y0 / i0)², evaluated as
@@ -521,6 +379,44 @@ ShearCentre shearCentreOf(Kind kind, const SDBSection& s)
 // the textbook form without its cancellation as beta tends to 0). lT: L_LT when given, else L_cr,z, with
 // fork conditions at the ends (twist held, warping free). Gross properties for the critical forces; A_eff
 // of class 4 in lambda_T (6.53).
+// An angle's shear centre in its principal axes: u0 along u, v0 along v. An equal angle (v0 nil against
+// u0) has u as its axis of symmetry: the shear centre lies on it at y0 = |u0|, and the exact equation of
+// one axis of symmetry applies with flexure about u.
+void angleAxes(const Work& w, TorsionWork& t)
+{
+    const PrincipalAxes axes = principalAxes(*w.section);
+    t.u0 = axes.u(t.sc.ysc, t.sc.zsc);
+    t.v0 = axes.v(t.sc.ysc, t.sc.zsc);
+    if (std::fabs(t.v0) <= 1e-9 * t.sc.y0) {
+        t.sc.axis = 'u';
+        t.sc.y0 = std::fabs(t.u0);
+    }
+}
+
+// The lowest root of (N - Ncr,u)(N - Ncr,v)(N - Ncr,T) - N² (N - Ncr,v) (u0 / i0)² - N² (N - Ncr,u) (v0 /
+// i0)² = 0 (a section without an axis of symmetry, classical theory of thin-walled members), found by
+// bisection of h(N) = pu pv (Ncr,T - N) - N² (pv (u0 / i0)² / Ncr,u + pu (v0 / i0)² / Ncr,v) with pu = 1 -
+// N / Ncr,u, pv = 1 - N / Ncr,v (the cubic divided by -Ncr,u Ncr,v; an axis without a flexural length
+// has Ncr infinite, pu = 1 and no term over it). h(0) = Ncr,T > 0 and h <= 0 at the smallest of the three
+// critical forces, so the root lies between.
+double lowestTorsionalFlexural(const AxisWork& u, const AxisWork& v, TorsionWork& t)
+{
+    t.NcrU = u.computed ? u.Ncr : std::numeric_limits<double>::infinity();
+    t.NcrV = v.computed ? v.Ncr : std::numeric_limits<double>::infinity();
+    const double ru = t.u0 * t.u0 / t.i02, rv = t.v0 * t.v0 / t.i02;
+    const double invU = u.computed ? 1.0 / t.NcrU : 0.0, invV = v.computed ? 1.0 / t.NcrV : 0.0;
+    auto h = [&](double N) {
+        const double pu = 1.0 - N * invU, pv = 1.0 - N * invV;
+        return pu * pv * (t.NcrT - N) - N * N * (pv * ru * invU + pu * rv * invV);
+    };
+    double lo = 0.0, hi = std::min({t.NcrU, t.NcrV, t.NcrT});
+    for (int i = 0; i < 200 && hi - lo > 1e-13 * hi; ++i) {
+        const double mid = 0.5 * (lo + hi);
+        (h(mid) > 0.0 ? lo : hi) = mid;
+    }
+    return 0.5 * (lo + hi);
+}
+
 void torsional(const MemberRequest& request, Work& w)
 {
     TorsionWork& t = w.torsion;
@@ -529,14 +425,10 @@ void torsional(const MemberRequest& request, Work& w)
     case Kind::T:
     case Kind::U:
     case Kind::WU:
-    case Kind::C: break;
+    case Kind::C:
     case Kind::L:
     case Kind::Z:
-    case Kind::WZ:
-        t.state = TorsionState::NotChecked;
-        t.why = "an angle or a Z section: its torsional-flexural buckling couples flexure about both principal axes "
-                "with twist about a shear centre off both of them, which the checks do not compute";
-        return;
+    case Kind::WZ: break;
     default: return;
     }
     if (request.twistRestrained) {
@@ -574,9 +466,16 @@ void torsional(const MemberRequest& request, Work& w)
     t.warping = pi * pi * w.E * Iw / (t.lT * t.lT);
     t.NcrT = (t.GIt + t.warping) / t.i02;
     t.Ncr = t.NcrT;
-    if (t.sc.axis != 0) {
+    if (t.sc.axis == 'p') angleAxes(w, t);
+    if (t.sc.axis == 'p') {
+        // No axis of symmetry (unequal angle): the lowest root of the cubic.
         t.coupled = true;
-        const AxisWork& sym = w.axes[t.sc.axis == 'y' ? 0 : 1];
+        t.cubic = true;
+        t.NcrTF = lowestTorsionalFlexural(w.axes[0], w.axes[1], t);
+        t.Ncr = std::min(t.NcrT, t.NcrTF);
+    } else if (t.sc.axis != 0) {
+        t.coupled = true;
+        const AxisWork& sym = w.axes[t.sc.axis == 'y' || t.sc.axis == 'u' ? 0 : 1];
         t.ratio = t.sc.y0 * t.sc.y0 / t.i02;
         t.beta = 1.0 - t.ratio;
         t.flexureFree = !sym.computed;
@@ -1016,6 +915,8 @@ void compute(const MemberRequest& request, const EnCrossSection& cross, double n
             out.NbTRd = tor.NbRd;
             out.lT = tor.lT;
             out.y0 = tor.sc.y0;
+            out.u0 = tor.u0;
+            out.v0 = tor.v0;
         }
         // 6.3.1.4: an open section whose torsional(-flexural) buckling is not computed is not verified.
         if (w.compressionChecked && tor.state == TorsionState::NotChecked) out.limitations |= TorsionalFlexuralNotChecked;
@@ -1104,6 +1005,12 @@ std::pair<std::string, std::string> shearCentreText(const Work& w)
         numbers = "shear centre " + mm(-c.offset) + " behind the back of the web, centroid y_c = " + mm(c.centroid) +
                   " in front of it";
         break;
+    case Kind::L:
+        formula = "where the legs' mid-lines meet (t / 2 inside the heel); u_0, v_0 in the principal axes at alpha = " +
+                  fixed(principalAxes(*w.section).alpha * 180.0 / pi, 2) + "° from y";
+        numbers = "y_s = " + mm(c.ysc) + ", z_s = " + mm(c.zsc) + " from the centroid: u_0 = " + mm(w.torsion.u0) +
+                  ", v_0 = " + mm(w.torsion.v0);
+        break;
     default:
         formula = "e = 3 b'² t_f / (6 b' t_f + h' t_w) beyond the web's centre line (b' = b - t_w / 2, h' = h - t_f); "
                   "y_0 = e + y_c - t_w / 2";
@@ -1128,14 +1035,20 @@ void traceTorsional(Sheet& sheet, const Work& w)
     const bool class4 = w.cls == 4 && w.compression;
     const std::string areaName = class4 ? "A_eff" : "A";
     const char* clause = "EN 1993-1-1 6.3.1.4(1)";
-    if (t.coupled) {
+    if (t.cubic) {
+        const auto [formula, numbers] = shearCentreText(w);
+        sheet.value(kFlexural, clause, "y_0", "shear centre off both principal axes: " + formula, numbers,
+                    mm(t.sc.y0), t.sc.y0);
+    } else if (t.coupled) {
         const auto [formula, numbers] = shearCentreText(w);
         sheet.value(kFlexural, clause, "y_0",
                     std::string("shear centre on the axis of symmetry ") + t.sc.axis + ": " + formula, numbers,
                     mm(t.sc.y0), t.sc.y0);
     } else {
-        sheet.value(kFlexural, clause, "y_0", "doubly symmetric: the shear centre is the centroid", "y_0 = 0", mm(0.0),
-                    0.0);
+        sheet.value(kFlexural, clause, "y_0",
+                    w.kind == Kind::Z || w.kind == Kind::WZ ? "point-symmetric: the shear centre is the centroid"
+                                                            : "doubly symmetric: the shear centre is the centroid",
+                    "y_0 = 0", mm(0.0), 0.0);
     }
     sheet.value(kFlexural, clause, "l_T",
                 t.lengthFromLT ? "L_LT, fork conditions at the ends (twist held, warping free)"
@@ -1147,7 +1060,19 @@ void traceTorsional(Sheet& sheet, const Work& w)
                 "(" + stress(w.G) + " · " + cm4(s.getIt()) + " + pi² · " + stress(w.E) + " · " + cm6(s.getIw()) +
                     " / (" + metres(t.lT) + ")²) / " + cm2(t.i02),
                 kN(t.NcrT), t.NcrT);
-    if (t.coupled) {
+    if (t.cubic) {
+        const char* tfClause = "EN 1993-1-1 6.3.1.4(2), classical theory of thin-walled members";
+        const std::string U = t.NcrU < std::numeric_limits<double>::infinity() ? kN(t.NcrU) : "inf";
+        const std::string V = t.NcrV < std::numeric_limits<double>::infinity() ? kN(t.NcrV) : "inf";
+        sheet.value(kFlexural, tfClause, "N_cr,TF",
+                    "the lowest root N of (N - N_cr,u)(N - N_cr,v)(N - N_cr,T) - N² (N - N_cr,v)(u_0 / i_0)² - N² (N - "
+                    "N_cr,u)(v_0 / i_0)² = 0 (no axis of symmetry)",
+                    "N_cr,u = " + U + ", N_cr,v = " + V + ", N_cr,T = " + kN(t.NcrT) + ", (u_0 / i_0)² = " +
+                        factor(t.u0 * t.u0 / t.i02) + ", (v_0 / i_0)² = " + factor(t.v0 * t.v0 / t.i02),
+                    kN(t.NcrTF), t.NcrTF);
+        sheet.value(kFlexural, "EN 1993-1-1 6.3.1.4(2)", "N_cr", "min(N_cr,T, N_cr,TF)",
+                    "min(" + kN(t.NcrT) + ", " + kN(t.NcrTF) + ")", kN(t.Ncr), t.Ncr);
+    } else if (t.coupled) {
         const std::string a(1, t.sc.axis);
         const char* tfClause = "EN 1993-1-1 6.3.1.4(2), EN 1993-1-3 6.2.3(7) (6.35)";
         sheet.value(kFlexural, tfClause, "beta", "1 - (y_0 / i_0)²",

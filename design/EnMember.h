@@ -53,13 +53,15 @@ struct EnMember {
     bool ltbNegligible = false;
     double VbwRd = 0.0, VbfRd = 0.0;
     // Torsional and torsional-flexural buckling (6.3.1.4) of open sections: I (doubly symmetric: torsional
-    // only; unequal flanges), tees, channels (U, WU, C); 0 where not computed. Ncr,T about the shear centre
-    // over the length lT (L_LT when given, else L_cr,z; fork conditions at the ends), Ncr,TF coupled with
-    // flexure about the axis of symmetry (0 for a doubly symmetric section), lambdaT of (6.52)/(6.53) with
-    // Ncr = min(Ncr,T, Ncr,TF), chiT (1 where 6.3.1.2(4) lets buckling be ignored), Nb,T,Rd; y0 the
-    // distance of the shear centre from the centroid (on the axis of symmetry).
+    // only; unequal flanges), Z (torsional only), tees, channels (U, WU, C), angles; 0 where not computed.
+    // Ncr,T about the shear centre over the length lT (L_LT when given, else L_cr,z; fork conditions at the
+    // ends), Ncr,TF coupled with flexure about the axis of symmetry (u for an equal angle; 0 for a doubly
+    // or point-symmetric section) or, for an unequal angle, the lowest root of the cubic with flexure about
+    // u and v, lambdaT of (6.52)/(6.53) with Ncr = min(Ncr,T, Ncr,TF), chiT (1 where 6.3.1.2(4) lets
+    // buckling be ignored), Nb,T,Rd; y0 the distance of the shear centre from the centroid, u0 and v0 its
+    // coordinates in the principal axes of an angle.
     double NcrT = 0.0, NcrTF = 0.0, lambdaT = 0.0, chiT = 0.0, NbTRd = 0.0;
-    double lT = 0.0, y0 = 0.0;
+    double lT = 0.0, y0 = 0.0, u0 = 0.0, v0 = 0.0;
 };
 
 // The EN 1993-1-1 member checks of the request. cross is the EN cross-section check of the same section

@@ -59,8 +59,8 @@ const char* describe(Limitation limitation)
                "moment about the principal axes, and a tee or an I section with unequal flanges whose critical moment "
                "is not found cannot take the closed form (it leaves out the Wagner term)";
     case TorsionalFlexuralNotChecked:
-        return "torsional and torsional-flexural buckling (6.3.1.4) is not checked: an angle or a Z section (its "
-               "principal axes are not used), or a member without a torsional buckling length (LLT or Lcr,z)";
+        return "torsional and torsional-flexural buckling (6.3.1.4) is not checked: the member has no torsional "
+               "buckling length (LLT or Lcr,z)";
     case NonPrincipalBending:
         return "bending of an angle or a Z section about axes parallel to its legs or flanges, which are not its "
                "principal axes: the checks in bending need the principal axes, which they do not use";

@@ -55,7 +55,7 @@ enum Limitation : std::uint32_t {
     // critical moment is not found).
     LateralTorsionalNotCovered = 1u << 11,
     // EN 1993-1-1 evaluation: torsional and torsional-flexural buckling (6.3.1.4) of a member in
-    // compression is not checked: an angle or a Z section (principal axes), or no torsional buckling length.
+    // compression is not checked: the member has no torsional buckling length.
     TorsionalFlexuralNotChecked = 1u << 12,
     // EN 1993-1-1 evaluation: bending of an angle or a Z section, whose y and z are not its principal axes:
     // the stresses and resistances in bending need the principal axes.

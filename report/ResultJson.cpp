@@ -3,6 +3,7 @@
 #include <design/EnEvaluation.h>
 #include <design/MemberDesign.h>
 #include <design/SectionNotation.h>
+#include <design/ShearCentre.h>
 #include <design/Verdict.h>
 
 #include <KaMaterial.h>
@@ -191,6 +192,14 @@ nlohmann::json sectionJson(const SDBSection& s)
     j["Wplz"] = p.Wplz;
     j["ey"] = p.ey;
     j["ez"] = p.ez;
+    const design::SectionAxes axes = design::sectionAxes(s);
+    j["Iyz"] = p.Iyz;
+    j["Iu"] = axes.principal.Iu;
+    j["Iv"] = axes.principal.Iv;
+    j["alpha"] = axes.alphaDegrees();
+    j["ysc"] = axes.shearCentre.known ? nlohmann::json(axes.shearCentre.ysc) : nlohmann::json(nullptr);
+    j["zsc"] = axes.shearCentre.known ? nlohmann::json(axes.shearCentre.zsc) : nlohmann::json(nullptr);
+    j["i0"] = axes.shearCentre.known ? nlohmann::json(axes.i0) : nlohmann::json(nullptr);
     return j;
 }
 
