@@ -52,8 +52,8 @@ const char* describe(Limitation limitation)
         return "shear with torsion (6.2.7(9)) is checked for classes 1 and 2 only: in class 3 the shear "
                "utilization reads 0 without a check";
     case Class4NotCovered:
-        return "class 4: the effective section of this section kind is outside EN 1993-1-1 and EN 1993-1-5 4.3 "
-               "(a circular hollow section needs EN 1993-1-6)";
+        return "class 4: the effective section of this section kind is not computed (EN 1993-1-5 4.3 is applied to I "
+               "sections, channels, tees, hollow sections and boxes; a circular hollow section needs EN 1993-1-6)";
     case LateralTorsionalNotCovered:
         return "lateral-torsional buckling is not computed for this member: an angle or a Z section needs its critical "
                "moment about the principal axes, and a tee or an I section with unequal flanges whose critical moment "
