@@ -27,7 +27,8 @@ const char* const knownColumns[] = {"id",       "section",  "steel",      "N",  
                                     "MzMid",    "MzEnd",    "diagramZ",   "loadPoint",  "maxMoment",
                                     "mcr",      "cTheta",   "shearPanel", "gammaM0",    "gammaM1",
                                     "rolledMethod", "torsionallyDeformable", "cmFloor", "elastic",
-                                    "lengthY",  "lengthZ",  "lengthLT", "mcrMethod", "twistRestrained"};
+                                    "lengthY",  "lengthZ",  "lengthLT", "mcrMethod", "twistRestrained",
+                                    "lengthT"};
 constexpr std::size_t columnCount = std::size(knownColumns);
 
 // The known columns by their index in knownColumns.
@@ -35,9 +36,9 @@ enum Column : std::size_t {
     cId, cSection, cSteel, cN, cMy, cMz, cMt, cVy, cVz, cLength, cMyStart, cMyMid, cMyEnd, cDiagramY, cMzStart,
     cMzMid, cMzEnd, cDiagramZ, cLoadPoint, cMaxMoment, cMcr, cCTheta, cShearPanel, cGammaM0, cGammaM1,
     cRolledMethod, cTorsionallyDeformable, cCmFloor, cElastic, cLengthY, cLengthZ, cLengthLT, cMcrMethod,
-    cTwistRestrained
+    cTwistRestrained, cLengthT
 };
-static_assert(cTwistRestrained + 1 == columnCount);
+static_assert(cLengthT + 1 == columnCount);
 
 // The index of a known column name, or columnCount. Every key of every JSON line comes here: the names
 // are grouped by length, so that a name is compared only with the few of its own length.
@@ -276,6 +277,8 @@ void parseRow(const CellViews& cells, std::size_t line, BatchRow& out)
         if (row.lengthY && *row.lengthY < 0.0) r.fail(cLengthY, "must not be negative");
         if (row.lengthZ && *row.lengthZ < 0.0) r.fail(cLengthZ, "must not be negative");
         if (row.lengthLT && *row.lengthLT < 0.0) r.fail(cLengthLT, "must not be negative");
+        row.lengthT = r.number(cLengthT);
+        if (row.lengthT && *row.lengthT < 0.0) r.fail(cLengthT, "must not be negative");
         row.momentsY = {r.number(cMyStart).value_or(row.My), r.number(cMyMid).value_or(row.My),
                         r.number(cMyEnd).value_or(row.My)};
         row.momentsZ = {r.number(cMzStart).value_or(row.Mz), r.number(cMzMid).value_or(row.Mz),

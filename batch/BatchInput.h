@@ -17,6 +17,8 @@
 //                                              for I sections, 6.3.2.2 for the other kinds
 //   torsionallyDeformable, cmFloor, elastic    optional booleans (true/false, yes/no, 1/0)
 //   twistRestrained                         optional boolean: restrained against twist (Table B.1 under EN rules)
+//   lengthT                                    optional number (m): l_T of torsional buckling (6.3.1.4), the
+//                                              length between restraints against twist (default LLT, else Lcr,z)
 //   mcrMethod                                  tables | numerical (default tables)
 //
 // An empty cell (or a JSON null) of an optional column takes its default; of a required one it rejects
@@ -43,6 +45,7 @@ struct MemberRow {
     double N = 0.0, My = 0.0, Mz = 0.0, Mt = 0.0, Vy = 0.0, Vz = 0.0;
     double length = 0.0;
     std::optional<double> lengthY, lengthZ, lengthLT;
+    std::optional<double> lengthT;  // l_T of torsional buckling; empty: L_LT, else Lcr,z
     std::array<double, 3> momentsY{}, momentsZ{};
     std::string diagramY = "polygonal", diagramZ = "polygonal", loadPoint = "center";
     std::optional<double> maxMoment, mcr, cTheta, shearPanel, gammaM0, gammaM1;

@@ -52,6 +52,7 @@ RowRequests rowRequests(const MemberRow& row, SDBSection* section, KaConstrSteel
                                         : design::LateralTorsionalMethod::General;
     member.torsionallyDeformable = row.torsionallyDeformable;
     member.twistRestrained = row.twistRestrained;
+    member.lengthT = row.lengthT.value_or(0.0);
     member.cmFloor = row.cmFloor;
     member.elastic = row.elastic;
     member.mcrMethod = spells(row.mcrMethod, "numerical") ? design::McrMethod::Numerical : design::McrMethod::Tables;

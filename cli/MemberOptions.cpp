@@ -9,6 +9,10 @@ void MemberOptions::addTo(CLI::App& app)
     app.add_option("--lcr-y", lengthY, "buckling length Lcr,y about y in m (default: --length)")->check(finiteNumber());
     app.add_option("--lcr-z", lengthZ, "buckling length Lcr,z about z in m (default: --length, else Lcr,y)")
         ->check(finiteNumber());
+    app.add_option("--lcr-t", lengthT,
+                   "torsional buckling length l_T in m, between restraints against twist (6.3.1.4; default: "
+                   "--l-lt, else Lcr,z)")
+        ->check(finiteNumber());
     app.add_option("--l-lt", lengthLT,
                    "lateral-torsional buckling length LLT in m, between lateral restraints (default: --length, "
                    "else Lcr,z)")

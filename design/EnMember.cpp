@@ -17,7 +17,8 @@
 //    Ncr = Ncr,T) and Z sections (point-symmetric: the same), I sections with unequal flanges and tees
 //    (symmetric about z), channels U, WU and C (symmetric about y), equal angles (symmetric about u: the
 //    exact equation with flexure about u), unequal angles (no symmetry: the lowest root of the cubic with
-//    flexure about u and v); the shear centre from the plates' dimensions (ShearCentre.h); lT = L_LT when
+//    flexure about u and v); the shear centre from the plates' dimensions (ShearCentre.h); lT as given
+//    (--lcr-t, the length between restraints against twist), else L_LT when
 //    given, else L_cr,z, with fork conditions at the ends; the curve of the z axis; its Nb,T,Rd joins
 //    memberCompression. "Not verified" where no torsional length is given; no torsional mode where the
 //    request says the member is restrained against twist, and none for closed and solid sections
@@ -163,6 +164,7 @@ struct TorsionWork {
     TorsionState state = TorsionState::NotAsked;
     const char* why = "";      // NotChecked, Restrained: the reason
     ShearCentre sc;
+    bool lengthGiven = false;  // lT given (l_T of the request)
     bool lengthFromLT = false; // lT = L_LT (else L_cr,z)
     double lT = 0.0, iy2 = 0.0, iz2 = 0.0, i02 = 0.0, GIt = 0.0, warping = 0.0, NcrT = 0.0;
     bool coupled = false;      // symmetric about one axis only, or none: Ncr,TF
@@ -438,8 +440,9 @@ void torsional(const MemberRequest& request, Work& w)
     }
     const SDBSection& s = *w.section;
     const double LLT = request.lengths.lateralTorsional, Lz = request.lengths.z;
-    t.lengthFromLT = LLT > 0.0;
-    t.lT = t.lengthFromLT ? LLT : Lz > 0.0 ? Lz : 0.0;
+    t.lengthGiven = request.lengthT > 0.0;
+    t.lengthFromLT = !t.lengthGiven && LLT > 0.0;
+    t.lT = t.lengthGiven ? request.lengthT : t.lengthFromLT ? LLT : Lz > 0.0 ? Lz : 0.0;
     if (!(t.lT > 0.0) || !finite(t.lT)) {
         t.state = TorsionState::NotChecked;
         t.why = "no torsional buckling length (neither L_LT nor L_cr,z): give one, or say that the member is "
@@ -1051,7 +1054,8 @@ void traceTorsional(Sheet& sheet, const Work& w)
                     "y_0 = 0", mm(0.0), 0.0);
     }
     sheet.value(kFlexural, clause, "l_T",
-                t.lengthFromLT ? "L_LT, fork conditions at the ends (twist held, warping free)"
+                t.lengthGiven    ? "the length between restraints against twist (given), fork conditions at its ends"
+                : t.lengthFromLT ? "L_LT, fork conditions at the ends (twist held, warping free)"
                                : "L_cr,z (no L_LT given), fork conditions at the ends (twist held, warping free)",
                 metres(t.lT), metres(t.lT), t.lT);
     sheet.value(kFlexural, clause, "i_0²", "i_y² + i_z² + y_0² (i_y² = I_y / A, i_z² = I_z / A)",

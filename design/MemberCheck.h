@@ -73,6 +73,9 @@ struct MemberRequest {
     // factors of Annex B Table B.1 (otherwise Table B.2 wherever lateral-torsional buckling is checked).
     // The library's checks do not read it.
     bool twistRestrained = false;
+    // l_T of torsional and torsional-flexural buckling (6.3.1.4), the length between restraints against
+    // twist, in m; 0: L_LT, else L_cr,z. The library's checks do not read it.
+    double lengthT = 0.0;
     bool cmFloor = false;
     bool elastic = false;
 };

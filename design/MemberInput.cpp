@@ -66,6 +66,7 @@ MemberRequest MemberInput::toRequest(SDBSection* section, KaConstrSteel* steel) 
     requireNonNegative("--lcr-y", lengthY.value_or(0.0));
     requireNonNegative("--lcr-z", lengthZ.value_or(0.0));
     requireNonNegative("--l-lt", lengthLT.value_or(0.0));
+    requireNonNegative("--lcr-t", lengthT.value_or(0.0));
     if (!(gammaM1 > 0.0)) throw InputError("--gamma-m1: must be positive, got " + tracetext::printed(gammaM1, 4));
     requireNonNegative("--mcr", mcr);
     requireNonNegative("--c-theta", cTheta);
@@ -94,6 +95,7 @@ MemberRequest MemberInput::toRequest(SDBSection* section, KaConstrSteel* steel) 
                                      : LateralTorsionalMethod::Automatic;
     request.torsionallyDeformable = torsionallyDeformable;
     request.twistRestrained = twistRestrained;
+    request.lengthT = lengthT.value_or(0.0);
     request.cmFloor = cmFloor;
     return request;
 }

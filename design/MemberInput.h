@@ -34,6 +34,7 @@ struct MemberInput {
     ForceInput forces;
     StandardInput standard;
     std::optional<double> length, lengthY, lengthZ, lengthLT;
+    std::optional<double> lengthT;  // l_T of torsional buckling (6.3.1.4); empty: L_LT, else Lcr,z
     double gammaM1 = defaultGammaM1;
     std::string momentsY, momentsZ;
     std::string diagramY = "polygonal", diagramZ = "polygonal";

@@ -53,7 +53,7 @@ const char* describe(Limitation limitation)
                "utilization reads 0 without a check";
     case Class4NotCovered:
         return "class 4: the effective section of this section kind is not computed (EN 1993-1-5 4.3 is applied to I "
-               "sections, channels, tees, hollow sections and boxes; a circular hollow section needs EN 1993-1-6)";
+               "sections, channels, tees, hollow sections and boxes, and a circular hollow section needs EN 1993-1-6)";
     case LateralTorsionalNotCovered:
         return "lateral-torsional buckling is not computed for this member: an angle or a Z section needs its critical "
                "moment about the principal axes, and a tee or an I section with unequal flanges whose critical moment "

@@ -176,6 +176,19 @@ TEST(EnTorsionalFlexural, ChannelUpn200BracedAboutZAtMidLengthByHand)
     EXPECT_NEAR(m.NbTRd, 658.6, 0.3);
     EXPECT_NEAR(m.utilization[0].value(), 450 / m.NbzRd, 1e-12);
     EXPECT_NEAR(m.utilization[0].value(), 0.693, 1e-3);
+
+    // A torsional length of its own (restraints against twist at mid-length, L_LT = 2 m kept): l_T = 1 m
+    // gives the numbers above for 1 m, and the trace says the length was given.
+    r.lengths.lateralTorsional = 2.0;
+    r.lengthT = 1.0;
+    trace.clear();
+    evaluateEnMember(r, crossOf(1, 235000), 0.0, m, &trace);
+    EXPECT_DOUBLE_EQ(m.lT, 1.0);
+    EXPECT_NEAR(m.NcrT, 3843, 1.0);
+    EXPECT_NEAR(m.NcrTF, 3446, 1.0);
+    const TraceLine* lT = findLine(trace, "l_T");
+    ASSERT_NE(lT, nullptr);
+    EXPECT_NE(lT->formula.find("restraints against twist (given)"), std::string::npos);
 }
 
 // TIPE 300 (half an IPE 300; the database's values A = 26.91 cm², Iy = 509.45 cm⁴, Iz = 301.89 cm⁴, It =

@@ -181,6 +181,39 @@ TEST(EnVerdictCommand, ExampleModelRowsAllGetAVerdict)
 }
 
 // Under EN rules no utilization is negative: the random rows over every catalogue family.
+// The torsional buckling length of its own: --lcr-t (batch column lengthT) sets l_T of 6.3.1.4 and
+// changes only the EN evaluation. UPN 200, S235, Lcr,y = 2 m, Lcr,z = 1 m, L_LT = 2 m, N = -450 kN
+// (EnTorsionalFlexuralTest.cpp by hand): l_T = L_LT = 2 m gives 0.781 (torsional-flexural buckling),
+// l_T = 1 m gives 0.693 (flexural buckling about z). A negative length is exit 2 naming the option, or a
+// rejected row naming the column.
+TEST(EnVerdictCommand, TorsionalBucklingLengthOfItsOwn)
+{
+    const std::string member = "member \"UPN 200\" --steel S235 --lcr-y 2 --lcr-z 1 --l-lt 2 --N -450";
+    const auto byLT = runJson(member, 0);
+    const auto given = runJson(member + " --lcr-t 1", 0);
+    EXPECT_NEAR(byLT.at("governingUtilization").get<double>(), 0.781, 1e-3);
+    EXPECT_NEAR(given.at("governingUtilization").get<double>(), 0.693, 1e-3);
+    EXPECT_EQ(byLT.at("library"), given.at("library"));
+    const CommandRun bad = runSteeldesign(member + " --lcr-t -1");
+    EXPECT_EQ(bad.exitCode, 2);
+    EXPECT_NE(bad.output.find("--lcr-t: must not be negative"), std::string::npos) << bad.output;
+
+    const std::string header = "id,section,steel,N,My,Mz,Mt,Vy,Vz,length,lengthY,lengthZ,lengthLT,lengthT";
+    const CommandRun rows = runSteeldesign(
+        "batch - --format jsonl <<'EOF'\n" + header + "\nA,UPN 200,S235,-450,0,0,0,0,0,0,2,1,2,\nB,UPN 200,S235,-450,0,0,0,0,0,0,2,1,2,1\n"
+        "C,UPN 200,S235,-450,0,0,0,0,0,0,2,1,2,-1\nEOF",
+        false);
+    EXPECT_EQ(rows.exitCode, 2);
+    std::istringstream in(rows.output);
+    std::string a, b, c;
+    std::getline(in, a);
+    std::getline(in, b);
+    std::getline(in, c);
+    EXPECT_NEAR(nlohmann::json::parse(a).at("governingUtilization").get<double>(), 0.781, 1e-3);
+    EXPECT_NEAR(nlohmann::json::parse(b).at("governingUtilization").get<double>(), 0.693, 1e-3);
+    EXPECT_NE(c.find("lengthT"), std::string::npos) << c;
+}
+
 TEST(EnVerdictCommand, NoNegativeUtilizationOnRandomRows)
 {
     const CommandRun r = runSteeldesign(

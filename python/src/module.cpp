@@ -128,7 +128,7 @@ std::string momentsText(const char* name, const std::optional<std::vector<double
 
 py::object member(const std::string& name, const std::string& steelGrade, double N, double My, double Mz, double Mt,
                   double Vy, double Vz, std::optional<double> length, std::optional<double> lcrY,
-                  std::optional<double> lcrZ, std::optional<double> lLT, double gammaM1,
+                  std::optional<double> lcrZ, std::optional<double> lLT, std::optional<double> lcrT, double gammaM1,
                   const std::optional<std::vector<double>>& momentsY, const std::string& diagramY,
                   const std::optional<std::vector<double>>& momentsZ, const std::string& diagramZ,
                   std::optional<double> maxMoment, const std::string& loadPoint, double mcr, double cTheta,
@@ -146,6 +146,8 @@ py::object member(const std::string& name, const std::string& steelGrade, double
     o.lengthY = finite("lcr_y", lcrY);
     o.lengthZ = finite("lcr_z", lcrZ);
     o.lengthLT = finite("l_lt", lLT);
+    o.lengthT = finite("lcr_t", lcrT);
+    if (o.lengthT && *o.lengthT < 0.0) throw py::value_error("lcr_t: must not be negative, got " + exact(*o.lengthT));
     o.gammaM1 = finite("gamma_m1", gammaM1);
     o.momentsY = momentsText("moments_y", momentsY);
     o.momentsZ = momentsText("moments_z", momentsZ);
@@ -467,7 +469,7 @@ PYBIND11_MODULE(_core, m)
     m.def("member", &member, py::arg("section"), py::arg("steel") = "S355", py::kw_only(), py::arg("N") = 0.0,
           py::arg("My") = 0.0, py::arg("Mz") = 0.0, py::arg("Mt") = 0.0, py::arg("Vy") = 0.0, py::arg("Vz") = 0.0,
           py::arg("length") = py::none(), py::arg("lcr_y") = py::none(), py::arg("lcr_z") = py::none(),
-          py::arg("l_lt") = py::none(), py::arg("gamma_m1") = 1.0, py::arg("moments_y") = py::none(),
+          py::arg("l_lt") = py::none(), py::arg("lcr_t") = py::none(), py::arg("gamma_m1") = 1.0, py::arg("moments_y") = py::none(),
           py::arg("diagram_y") = "polygonal", py::arg("moments_z") = py::none(), py::arg("diagram_z") = "polygonal",
           py::arg("max_moment") = py::none(), py::arg("load_point") = "center", py::arg("mcr") = 0.0,
           py::arg("c_theta") = 0.0, py::arg("shear_panel") = 0.0, py::arg("rolled_method") = py::none(),

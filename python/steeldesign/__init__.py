@@ -91,7 +91,7 @@ def check(section, steel="S355", **kwargs):
 
 def member(section, steel="S355", **kwargs):
     """The member checks of EN 1993-1-1 6.3 and EN 1993-1-5 5: forces, length or lcr_y / lcr_z / l_lt,
-    gamma_m1, moments_y / moments_z (start, middle, end), diagram_y / diagram_z, max_moment, load_point,
+    lcr_t (the torsional buckling length, m; default l_lt, else lcr_z), gamma_m1, moments_y / moments_z (start, middle, end), diagram_y / diagram_z, max_moment, load_point,
     mcr, c_theta, shear_panel, rolled_method, mcr_method, torsionally_deformable, cm_floor, mode, situation."""
     return Result("member", _core.member(section, steel, **kwargs))
 
@@ -154,7 +154,7 @@ def _frame(df, jobs, member_checks, rules):
             raise ValueError(f"df: column names must be text, got {name!r}")
         columns[name] = df[name].to_numpy()
     if not member_checks:
-        for name in ("lengthY", "lengthZ", "lengthLT"):
+        for name in ("lengthY", "lengthZ", "lengthLT", "lengthT"):
             columns.pop(name, None)
         columns["length"] = np.zeros(len(df))
     arrays = _core.evaluate_columns_to_arrays(columns, len(df), jobs, rules)

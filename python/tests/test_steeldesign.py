@@ -151,6 +151,7 @@ def test_the_index_of_the_input_is_kept():
     (lambda: sd.member("IPE 300", N=-100, length=4, moments_y=[1, 2]), "moments_y"),
     (lambda: sd.member("IPE 300", N=-100, length=4, load_point="middle"), "load_point"),
     (lambda: sd.member("IPE 300", N=-100, length=4, mcr_method="exact"), "mcr_method"),
+    (lambda: sd.member("UPN 200", N=-100, length=4, lcr_t=-1.0), "lcr_t"),
     (lambda: sd.member_frame(example().drop(columns=["Vz"])), "Vz"),
     (lambda: sd.member_frame(example().assign(colour="red")), "colour"),
     (lambda: sd.member_frame("model.csv"), "df"),
@@ -198,6 +199,13 @@ def test_rules_give_the_command_verdicts_and_frames(rules):
     pd.testing.assert_frame_equal(sd.member_frame(frame, rules=rules), batch, check_like=True)
     other = "libraryUtilization" if rules == "en" else "enUtilization"
     assert other in sd.member_frame(frame, rules=rules).columns
+
+
+def test_the_torsional_buckling_length_is_the_command_s_lcr_t():
+    args = ["UPN 200", "--steel", "S235", "--lcr-y", "2", "--lcr-z", "1", "--l-lt", "2", "--N", "-450"]
+    r = sd.member("UPN 200", "S235", N=-450, lcr_y=2, lcr_z=1, l_lt=2, lcr_t=1)
+    assert r.to_dict() == command_json("member", *args, "--lcr-t", "1")
+    assert r.to_dict() != command_json("member", *args)
 
 
 def test_bad_rules_raise_value_error_naming_the_argument():
