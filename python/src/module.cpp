@@ -249,13 +249,15 @@ public:
             auto* const* items = static_cast<PyObject* const*>(objects_.data());
             for (std::size_t i = 0; i < rows; ++i) {
                 py::handle item(items[i]);
-                if (item.is_none()) continue;
+                if (item.is_none() || isMissing(item)) continue;
                 if (py::isinstance<py::bool_>(item)) {
                     texts_[i] = item.cast<bool>() ? "true" : "false";
                 } else if (py::isinstance<py::float_>(item) || py::isinstance<py::int_>(item)) {
                     const double v = item.cast<double>();
                     if (std::isnan(v)) continue;
-                    texts_[i] = exact(v);
+                    // The text lives as long as the column: a view of a temporary would dangle.
+                    owned_.push_back(exact(v));
+                    texts_[i] = owned_.back();
                 } else if (py::isinstance<py::str>(item)) {
                     Py_ssize_t length = 0;
                     const char* utf8 = PyUnicode_AsUTF8AndSize(item.ptr(), &length);
@@ -269,6 +271,13 @@ public:
             }
         }
     }
+    // texts_ views strings that the column owns (owned_) or keeps alive (objects_): a copy would view the
+    // original's, so a column is only moved (a deque's move keeps its elements where they are).
+    Column(const Column&) = delete;
+    Column& operator=(const Column&) = delete;
+    Column(Column&&) = default;
+    Column& operator=(Column&&) = default;
+
     const std::string& name() const { return name_; }
     void append(std::string& out, std::size_t row) const
     {
@@ -283,6 +292,13 @@ public:
     }
 
 private:
+    // pandas' missing values of nullable and datetime columns (pd.NA, pd.NaT): an empty cell, as None.
+    static bool isMissing(const py::handle& item)
+    {
+        const std::string_view type = Py_TYPE(item.ptr())->tp_name;
+        return type.ends_with("NAType") || type.ends_with("NaTType");
+    }
+
     enum class Kind { Numbers, Flags, Objects };
     std::string name_;
     Kind kind_ = Kind::Objects;
@@ -298,6 +314,7 @@ private:
 std::string batchText(const py::dict& columns, std::size_t rows)
 {
     std::vector<Column> read;
+    read.reserve(columns.size());
     for (const auto& [key, values] : columns) read.emplace_back(py::str(key).cast<std::string>(), values, rows);
     std::string text;
     for (std::size_t c = 0; c < read.size(); ++c) {

@@ -134,6 +134,28 @@ def test_a_bad_row_is_a_rejected_row_and_the_others_are_checked():
     assert "IPE 300" in results["message"].iloc[1]  # the nearest designations are named
 
 
+def test_object_and_nullable_columns_read_as_their_values():
+    # Data from SQL, Excel or JSON comes as object columns: floats, Decimals, None, pd.NA; nullable dtypes
+    # (Float64) hold pd.NA. Each value is read as the number it is (the same frame as float64 columns),
+    # each missing one as an empty cell: a required column's row is rejected naming it, an optional
+    # column takes its default.
+    from decimal import Decimal
+    frame = example()
+    expected = sd.member_frame(frame)
+    as_objects = frame.copy()
+    as_objects["N"] = pd.Series([float(v) for v in frame["N"]], dtype=object, index=frame.index)
+    as_objects["My"] = pd.Series([Decimal(repr(float(v))) for v in frame["My"]], dtype=object, index=frame.index)
+    as_objects["Mz"] = frame["Mz"].astype("Float64")
+    for jobs in (1, 2):
+        pd.testing.assert_frame_equal(sd.member_frame(as_objects, jobs=jobs), expected)
+    missing = frame.iloc[:4].copy()
+    missing["N"] = pd.Series([None, pd.NA, -5.0, np.nan], dtype=object, index=missing.index)
+    missing["gammaM1"] = pd.Series([pd.NA, None, 1.0, 1.1], dtype="object", index=missing.index)
+    results = sd.member_frame(missing)
+    assert list(results["status"]) == ["rejected", "rejected", "checked", "rejected"]
+    assert list(results["field"].iloc[[0, 1, 3]]) == ["N", "N", "N"]
+
+
 def test_the_index_of_the_input_is_kept():
     frame = example().iloc[:4].copy()
     frame.index = ["a", "b", "c", "d"]
