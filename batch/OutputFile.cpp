@@ -1,12 +1,16 @@
 #include "OutputFile.h"
 
-
 #include <ext/stdio_filebuf.h>
 #include <fcntl.h>
-#include <filesystem>
-#include <fstream>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <vector>
 
 namespace batch {
 
@@ -28,41 +32,92 @@ bool sameFile(const std::string& a, const std::string& b)
     return sa.st_dev == sb.st_dev && sa.st_ino == sb.st_ino;
 }
 
+namespace {
+
+// The file a name writes to: through a symbolic link to the file it names (the link stays a link), else
+// the name itself.
+std::string targetOf(const std::string& path)
+{
+    std::error_code ec;
+    if (!std::filesystem::is_symlink(std::filesystem::symlink_status(path, ec))) return path;
+    const std::filesystem::path resolved = std::filesystem::weakly_canonical(path, ec);
+    return ec ? path : resolved.string();
+}
+
+// What an existing name is, for the output: 0 when it is a regular file or does not exist, else the
+// reason it cannot take a file's place.
+const char* notAFile(const std::string& path)
+{
+    struct stat st {};
+    if (::stat(path.c_str(), &st) != 0) return nullptr;
+    if (S_ISDIR(st.st_mode)) return "is a directory";
+    if (!S_ISREG(st.st_mode)) return "is not a regular file (a device, a pipe or a socket); give a file name, or - for standard output";
+    return nullptr;
+}
+
+} // namespace
+
 void checkOutputPath(std::string_view option, const std::string& path, const std::string& input)
 {
     const std::string name(option);
     if (path.empty()) throw InputError(name + ": a file name is needed");
     if (!input.empty() && input != "-" && sameFile(input, path))
         throw InputError(name + ": '" + path + "' is the input file; it would be overwritten");
-    if (std::filesystem::is_directory(path)) throw InputError(name + ": '" + path + "' is a directory");
+    if (input == "-") {
+        // Standard input redirected from the very file: `batch - --out model.csv < model.csv`.
+        struct stat in {}, out {};
+        if (::fstat(STDIN_FILENO, &in) == 0 && ::stat(path.c_str(), &out) == 0 && in.st_dev == out.st_dev &&
+            in.st_ino == out.st_ino)
+            throw InputError(name + ": '" + path + "' is the file on standard input; it would be overwritten");
+    }
+    if (const char* why = notAFile(path)) throw InputError(name + ": '" + path + "' " + why);
 }
 
 void writeFileAtomically(std::string_view option, const std::string& path, std::string_view text)
 {
-    const std::string name(option), temporary = path + ".part";
-    {
-        std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
-        if (out) out.write(text.data(), static_cast<std::streamsize>(text.size()));
-        out.close();
-        if (!out) {
-            std::error_code ignored;
-            std::filesystem::remove(temporary, ignored);
-            throw InputError(name + ": cannot write '" + path + "'");
-        }
-    }
-    std::error_code ec;
-    std::filesystem::rename(temporary, path, ec);
-    if (ec) {
-        std::filesystem::remove(temporary, ec);
-        throw InputError(name + ": cannot write '" + path + "'");
-    }
+    StreamedOutputFile file(option, path);
+    file.stream().write(text.data(), static_cast<std::streamsize>(text.size()));
+    file.commit();
 }
 
 StreamedOutputFile::StreamedOutputFile(std::string_view option, const std::string& path)
-    : option_(option), path_(path), temporary_(path + ".part")
+    : option_(option), path_(path), target_(targetOf(path))
 {
-    fd_ = ::open(temporary_.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
-    if (fd_ < 0) throw InputError(option_ + ": cannot write '" + path_ + "'");
+    if (const char* why = notAFile(target_)) throw InputError(option_ + ": '" + path_ + "' " + why);
+    // Another run writing the same file is refused, not mixed with: a lock on the existing file, held
+    // until the new one replaces it.
+    struct stat existing {};
+    const bool exists = ::stat(target_.c_str(), &existing) == 0;
+    if (exists) {
+        lock_ = ::open(target_.c_str(), O_RDONLY | O_CLOEXEC);
+        if (lock_ >= 0 && ::flock(lock_, LOCK_EX | LOCK_NB) != 0) {
+            ::close(lock_);
+            lock_ = -1;
+            throw InputError(option_ + ": '" + path_ + "' is being written by another run");
+        }
+    }
+    // A temporary of a name of its own beside the file (mkostemp: created, never an existing file or a
+    // link), with the file's mode when it exists, else that of a new file (0666 less the umask).
+    const std::filesystem::path target(target_);
+    const std::filesystem::path dir = target.parent_path();
+    std::string hidden(1, '.');
+    hidden.append(target.filename().string()).append(".XXXXXX");
+    const std::string pattern = (dir / hidden).string();
+    std::vector<char> name(pattern.begin(), pattern.end());
+    name.push_back('\0');
+    fd_ = ::mkostemp(name.data(), O_CLOEXEC);
+    if (fd_ < 0) {
+        releaseLock();
+        throw InputError(option_ + ": cannot write '" + path_ + "'");
+    }
+    temporary_ = name.data();
+    mode_t mode = existing.st_mode & 07777;
+    if (!exists) {
+        const mode_t mask = ::umask(0);
+        ::umask(mask);
+        mode = 0666 & ~mask;
+    }
+    ::fchmod(fd_, mode);
     open_ = true;
     try {
         // The buffer owns the descriptor from here on and closes it.
@@ -121,24 +176,36 @@ void StreamedOutputFile::commit()
     stopWriteBack();
     stream_->flush();
     const bool flushed = static_cast<bool>(*stream_);
+    // On the disk before it takes the file's place: a crash leaves the old file or the new one, whole.
+    const bool synced = flushed && ::fdatasync(fd_) == 0;
     const bool closed = static_cast<__gnu_cxx::stdio_filebuf<char>&>(*buffer_).close() != nullptr;
     std::error_code ec;
-    if (flushed && closed) std::filesystem::rename(temporary_, path_, ec);
-    if (!flushed || !closed || ec) {
+    if (synced && closed) std::filesystem::rename(temporary_, target_, ec);
+    if (!synced || !closed || ec) {
         discard();
         throw InputError(option_ + ": cannot write '" + path_ + "'");
     }
     open_ = false;
+    releaseLock();
+}
+
+void StreamedOutputFile::releaseLock() noexcept
+{
+    if (lock_ >= 0) ::close(lock_);
+    lock_ = -1;
 }
 
 void StreamedOutputFile::discard() noexcept
 {
     stopWriteBack();
+    releaseLock();
     if (!open_) return;
     open_ = false;
     if (buffer_) static_cast<__gnu_cxx::stdio_filebuf<char>&>(*buffer_).close();
     std::error_code ignored;
     std::filesystem::remove(temporary_, ignored);
 }
+
+const std::string& StreamedOutputFile::temporary() const { return temporary_; }
 
 } // namespace batch

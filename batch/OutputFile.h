@@ -25,17 +25,22 @@ void checkInputFile(std::string_view command, const std::string& file);
 // True when both names are the same existing file (device and inode; links followed).
 bool sameFile(const std::string& a, const std::string& b);
 
-// InputError naming the option when `path` is a directory or the same file as `input` ("" or "-": none).
+// InputError naming the option when `path` is a directory, a device, a pipe or a socket, or the same file
+// as `input` ("": none; "-": the file standard input is redirected from, if any).
 void checkOutputPath(std::string_view option, const std::string& path, const std::string& input);
 
-// Writes text to path through path + ".part" and a rename; InputError naming the option when it cannot.
+// Writes text to path as StreamedOutputFile does; InputError naming the option when it cannot.
 void writeFileAtomically(std::string_view option, const std::string& path, std::string_view text);
 
-// A large output written as a stream: the text goes to path + ".part", which replaces path at once by
-// commit(); destroyed without a commit (an error, an interrupted run), it removes the temporary and leaves
-// path as it was. As the text grows, a thread of its own asks the kernel to write back the pages written
-// so far: the replacing rename would otherwise start the write-back of the whole file itself (ext4 does so
-// when a rename replaces a file), and the command would wait for it at its end.
+// Every file the tools write: the text goes to a temporary of a name of its own beside the file (created
+// new, never through a link), which is flushed to the disk and replaces the file at once by commit();
+// destroyed without a commit (an error, an interrupted run), it removes the temporary and leaves the file
+// as it was. A symbolic link is written through (the file it names is replaced, the link stays); an
+// existing file keeps its mode and is locked (flock) until replaced, so a second run writing it is
+// refused; a device, a pipe or a socket is refused, never replaced. As the text grows, a thread of its own
+// asks the kernel to write back the pages written so far: the replacing rename would otherwise start the
+// write-back of the whole file itself (ext4 does so when a rename replaces a file), and the command would
+// wait for it at its end.
 class StreamedOutputFile {
 public:
     // InputError naming the option when the temporary cannot be created.
@@ -51,13 +56,17 @@ public:
     void commit();
     // The temporary removed, path untouched.
     void discard() noexcept;
+    // The temporary's name (for the tests).
+    const std::string& temporary() const;
 
 private:
     void startWriteBack();
     void stopWriteBack() noexcept;
+    void releaseLock() noexcept;
 
-    std::string option_, path_, temporary_;
+    std::string option_, path_, target_, temporary_;
     int fd_ = -1;
+    int lock_ = -1;
     std::unique_ptr<std::streambuf> buffer_;
     std::unique_ptr<std::ostream> stream_;
     bool open_ = false;

@@ -44,7 +44,9 @@ constexpr int exitInterrupted = 130;
 
 void onSignal(int) { requestBatchStop(); }
 
-// SIGINT and SIGTERM ask the batch to stop; the previous handlers come back when the run ends.
+// SIGINT, SIGTERM, SIGHUP, SIGQUIT and SIGPIPE (standard output closed) ask the batch to stop: the
+// temporary of --out is removed and the file left as it was. The previous handlers come back when the
+// run ends.
 class SignalGuard {
 public:
     SignalGuard()
@@ -52,20 +54,18 @@ public:
         struct sigaction action {};
         action.sa_handler = onSignal;
         sigemptyset(&action.sa_mask);
-        sigaction(SIGINT, &action, &oldInt_);
-        sigaction(SIGTERM, &action, &oldTerm_);
+        for (std::size_t i = 0; i < std::size(signals); ++i) sigaction(signals[i], &action, &old_[i]);
     }
     ~SignalGuard()
     {
-        sigaction(SIGINT, &oldInt_, nullptr);
-        sigaction(SIGTERM, &oldTerm_, nullptr);
+        for (std::size_t i = 0; i < std::size(signals); ++i) sigaction(signals[i], &old_[i], nullptr);
     }
     SignalGuard(const SignalGuard&) = delete;
     SignalGuard& operator=(const SignalGuard&) = delete;
 
 private:
-    struct sigaction oldInt_ {};
-    struct sigaction oldTerm_ {};
+    static constexpr int signals[] = {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE};
+    struct sigaction old_[std::size(signals)] {};
 };
 
 // Rows per chunk of the pipeline: the memory of a run is that of a chunk, whatever the input's size.
@@ -80,7 +80,7 @@ void run(const BatchOptions& o, CommandResult& result)
     const bool toFile = !o.out.empty() && o.out != "-";
     if (toFile && o.file != "-" && sameFile(o.file, o.out))
         throw InputError("--out: '" + o.out + "' is the input file; the results would overwrite the model");
-    if (toFile && std::filesystem::is_directory(o.out)) throw InputError("--out: '" + o.out + "' is a directory");
+    if (toFile) checkOutputPath("--out", o.out, o.file);
     checkInputFile("batch", o.file);
     std::ifstream file;
     if (o.file != "-") {

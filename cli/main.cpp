@@ -3,11 +3,29 @@
 #include "Commands.h"
 #include "Options.h"
 
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
 #include <iostream>
 
 #ifndef STEELDESIGN_VERSION
 #define STEELDESIGN_VERSION "unknown"
 #endif
+
+namespace {
+
+// Every byte the command prints reaches standard output, or the run fails: a full disk or a closed
+// pipe is exit 2 with the reason, never a quiet 0.
+int checkedOutput(int exitCode)
+{
+    std::cout.flush();
+    if (std::cout && std::fflush(stdout) == 0 && !std::ferror(stdout)) return exitCode;
+    const int error = errno;
+    std::cerr << "steeldesign: cannot write the output: " << std::strerror(error) << '\n';
+    return cli::exitInputError;
+}
+
+} // namespace
 
 int main(int argc, char** argv)
 {
@@ -33,7 +51,7 @@ int main(int argc, char** argv)
     }
     if (app.get_subcommands().empty()) {
         std::cout << app.help();
-        return 0;
+        return checkedOutput(0);
     }
-    return result.exitCode;
+    return checkedOutput(result.exitCode);
 }

@@ -139,7 +139,7 @@ TEST(BatchSafety, InterruptedRunLeavesThePreviousOutputUntouched)
     const Scratch s;
     const std::string input = s.write("huge.csv", repeatedExample(600000));
     const std::string out = s.write("results.csv", "results of yesterday\n");
-    for (int sig : {SIGINT, SIGTERM}) {
+    for (int sig : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
         const pid_t pid = fork();
         ASSERT_GE(pid, 0);
         if (pid == 0) {
@@ -156,7 +156,36 @@ TEST(BatchSafety, InterruptedRunLeavesThePreviousOutputUntouched)
         ASSERT_TRUE(WIFEXITED(status)) << "signal " << sig;
         EXPECT_EQ(WEXITSTATUS(status), 130) << "signal " << sig;
         EXPECT_EQ(slurp(out), "results of yesterday\n");
-        EXPECT_FALSE(fs::exists(out + ".part"));
+        std::size_t entries = 0;
+        for (const auto& entry : fs::directory_iterator(fs::path(out).parent_path())) entries += entry.is_regular_file() ? 1 : 0;
+        EXPECT_EQ(entries, 2u) << "signal " << sig;  // huge.csv and results.csv: no temporary left
+    }
+}
+
+// `batch - --out model.csv < model.csv` would overwrite the model it reads: refused, the model untouched;
+// an output that cannot be written to standard output (a full disk) is exit 2, never a quiet 0.
+TEST(BatchSafety, StandardInputFromTheOutputFileAndAFullDiskAreErrors)
+{
+    const Scratch s;
+    const std::string model = s.write("model.csv", slurp(example));
+    const CommandRun same = runSteeldesign("batch - --out " + model + " < " + model);
+    EXPECT_EQ(same.exitCode, 2);
+    EXPECT_NE(same.output.find("is the file on standard input"), std::string::npos) << same.output;
+    EXPECT_EQ(slurp(model), slurp(example));
+    if (fs::exists("/dev/full")) {
+        // The command's standard error to the pipe read here, its standard output to the full device.
+        const std::string command = std::string(STEELDESIGN_CLI) + " check \"IPE 300\" --N -100 --json 2>&1 >/dev/full";
+        FILE* pipe = popen(command.c_str(), "r");
+        ASSERT_NE(pipe, nullptr);
+        std::string message;
+        char buffer[512];
+        while (std::fgets(buffer, sizeof buffer, pipe)) message += buffer;
+        const int status = pclose(pipe);
+        EXPECT_EQ(WEXITSTATUS(status), 2);
+        EXPECT_NE(message.find("steeldesign: cannot write the output: No space left on device"), std::string::npos)
+            << message;
+        const CommandRun batch = runSteeldesign("batch " + model + " > /dev/full", false);
+        EXPECT_EQ(batch.exitCode, 2) << batch.output;
     }
 }
 

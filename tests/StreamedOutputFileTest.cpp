@@ -11,7 +11,9 @@
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <sys/stat.h>
 #include <unistd.h>
+#include <vector>
 
 namespace {
 
@@ -40,6 +42,14 @@ protected:
         fs::remove_all(dir_, ec);
     }
     std::string path() const { return (dir_ / "results.csv").string(); }
+    // The names in the folder besides results.csv (a temporary left behind would be one).
+    std::vector<std::string> others() const
+    {
+        std::vector<std::string> names;
+        for (const auto& entry : fs::directory_iterator(dir_))
+            if (entry.path().filename() != "results.csv") names.push_back(entry.path().filename().string());
+        return names;
+    }
 
     fs::path dir_;
 };
@@ -63,7 +73,7 @@ TEST_F(StreamedOutputFile, CommitReplacesTheOlderFileWithTheWholeText)
         out.commit();
     }
     EXPECT_EQ(slurp(path()), expected);
-    EXPECT_FALSE(fs::exists(path() + ".part"));
+    EXPECT_TRUE(others().empty());
 }
 
 // Destroyed without a commit (an interrupted run, an exception), or discarded: the older file stays.
@@ -73,10 +83,13 @@ TEST_F(StreamedOutputFile, WithoutCommitTheOlderFileStaysAndNoTemporaryIsLeft)
         batch::StreamedOutputFile out("--out", path());
         out.stream() << std::string(1 << 20, 'x');
         out.written();
-        EXPECT_TRUE(fs::exists(path() + ".part"));
+        // A temporary of a name of its own, hidden, beside the file.
+        EXPECT_TRUE(fs::exists(out.temporary()));
+        EXPECT_EQ(fs::path(out.temporary()).parent_path(), dir_);
+        EXPECT_EQ(fs::path(out.temporary()).filename().string().rfind(".results.csv.", 0), 0u);
     }
     EXPECT_EQ(slurp(path()), "results of yesterday\n");
-    EXPECT_FALSE(fs::exists(path() + ".part"));
+    EXPECT_TRUE(others().empty());
     {
         batch::StreamedOutputFile out("--out", path());
         out.stream() << "half";
@@ -84,7 +97,7 @@ TEST_F(StreamedOutputFile, WithoutCommitTheOlderFileStaysAndNoTemporaryIsLeft)
         out.discard();  // twice is harmless
     }
     EXPECT_EQ(slurp(path()), "results of yesterday\n");
-    EXPECT_FALSE(fs::exists(path() + ".part"));
+    EXPECT_TRUE(others().empty());
 }
 
 // A file that cannot be created is bad input naming the option and the file.
@@ -97,6 +110,71 @@ TEST_F(StreamedOutputFile, AFileThatCannotBeCreatedNamesTheOption)
     } catch (const design::InputError& e) {
         EXPECT_EQ(std::string(e.what()), "--out: cannot write '" + missing + "'");
     }
+}
+
+// The file keeps its mode (a 0640 file stays 0640); a symbolic link is written through, to the file it
+// names, and stays a link; a link planted where an older version put its temporary (results.csv.part ->
+// a precious file) is never followed.
+TEST_F(StreamedOutputFile, ModeLinksAndPlantedLinksAreRespected)
+{
+    ::chmod(path().c_str(), 0640);
+    const std::string precious = (dir_ / "precious.txt").string();
+    std::ofstream(precious) << "keep me\n";
+    fs::create_symlink(precious, path() + ".part");
+    {
+        batch::StreamedOutputFile out("--out", path());
+        out.stream() << "new\n";
+        out.commit();
+    }
+    EXPECT_EQ(slurp(path()), "new\n");
+    EXPECT_EQ(fs::status(path()).permissions() & fs::perms::all,
+              fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read);
+    EXPECT_EQ(slurp(precious), "keep me\n");
+    fs::remove(path() + ".part");
+
+    const std::string link = (dir_ / "latest.csv").string();
+    fs::create_symlink(path(), link);
+    {
+        batch::StreamedOutputFile out("--out", link);
+        out.stream() << "through the link\n";
+        out.commit();
+    }
+    EXPECT_TRUE(fs::is_symlink(link));
+    EXPECT_EQ(slurp(path()), "through the link\n");
+}
+
+// A second writer of the same file is refused while the first holds it (no file mixed from two runs);
+// once the first has committed, the file can be written again.
+TEST_F(StreamedOutputFile, ASecondWriterOfTheSameFileIsRefused)
+{
+    batch::StreamedOutputFile first("--out", path());
+    first.stream() << "first\n";
+    try {
+        batch::StreamedOutputFile second("--out", path());
+        FAIL() << "no error";
+    } catch (const design::InputError& e) {
+        EXPECT_EQ(std::string(e.what()), "--out: '" + path() + "' is being written by another run");
+    }
+    first.commit();
+    EXPECT_EQ(slurp(path()), "first\n");
+    batch::StreamedOutputFile third("--out", path());
+    third.stream() << "third\n";
+    third.commit();
+    EXPECT_EQ(slurp(path()), "third\n");
+    EXPECT_TRUE(others().empty());
+}
+
+// A device, a pipe or a socket is never replaced by a file: bad input naming the option.
+TEST_F(StreamedOutputFile, DevicesAndPipesAreRefused)
+{
+    const std::string fifo = (dir_ / "pipe").string();
+    ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
+    for (const std::string& target : {std::string("/dev/null"), fifo}) {
+        EXPECT_THROW(batch::checkOutputPath("--out", target, ""), design::InputError) << target;
+        EXPECT_THROW(batch::StreamedOutputFile("--out", target), design::InputError) << target;
+    }
+    EXPECT_TRUE(fs::is_character_file("/dev/null"));
+    EXPECT_TRUE(fs::is_fifo(fifo));
 }
 
 } // namespace
