@@ -9,6 +9,8 @@
 #include <KaMaterial.h>
 #include <SectionCatalogue.h>
 
+#include "EnMemberTestSupport.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -25,16 +27,6 @@ namespace {
 
 constexpr double pi = 3.14159265358979323846;
 
-EnCrossSection crossOf(int cls, double fy)
-{
-    EnCrossSection c;
-    c.sectionClass = cls;
-    c.fy = fy;
-    c.epsilon = std::sqrt(235000.0 / fy);
-    c.gammaM0 = 1.0;
-    return c;
-}
-
 MemberRequest strut(SDBSection& s, KaConstrSteel& steel, double N, BucklingLengths lengths)
 {
     MemberRequest r;
@@ -45,12 +37,6 @@ MemberRequest strut(SDBSection& s, KaConstrSteel& steel, double N, BucklingLengt
                             ApplicationPoint::Center, 0.0);
     r.lengths = lengths;
     return r;
-}
-
-double chi(double lambda, double alpha)
-{
-    const double phi = 0.5 * (1 + alpha * (lambda - 0.2) + lambda * lambda);
-    return std::min(1.0, 1 / (phi + std::sqrt(phi * phi - lambda * lambda)));
 }
 
 double rel(double a, double b) { return std::fabs(a - b) / std::fabs(b); }
@@ -177,7 +163,7 @@ TEST(AngleStrutByHand, UnequalAngleL100x65x10TheCubic)
     EXPECT_NEAR(cubic(m.NcrTF, m.NcrY, m.NcrZ, m.NcrT, ru, rv), 0.0, 1e-12);
     EXPECT_LT(m.NcrTF, std::min({m.NcrY, m.NcrZ, m.NcrT}));
     EXPECT_NEAR(m.lambdaT, std::sqrt(p.A * 235000 / m.NcrTF), 1e-12);
-    EXPECT_NEAR(m.chiT, chi(m.lambdaT, 0.34), 1e-12);
+    EXPECT_NEAR(m.chiT, chiOf(m.lambdaT, 0.34), 1e-12);
     EXPECT_NEAR(m.utilization[0].value(), 100 / m.NbTRd, 1e-12);
     bool traced = false;
     for (const TraceLine& l : trace) traced = traced || (l.symbol == "N_cr,TF" && l.value == m.NcrTF);

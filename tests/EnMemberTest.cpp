@@ -12,6 +12,8 @@
 #include <SectionCatalogue.h>
 #include <SteelDesign/BucklingResults.h>
 
+#include "EnMemberTestSupport.h"
+
 #include <gtest/gtest.h>
 
 #include <array>
@@ -28,16 +30,6 @@ using U = SteelDesign::BucklingResults::UtilizationType;
 namespace {
 
 constexpr double E = 210e6, G = 81e6, pi = 3.14159265358979323846;
-
-EnCrossSection crossOf(int cls, double fy, double gammaM0 = 1.0)
-{
-    EnCrossSection c;
-    c.sectionClass = cls;
-    c.fy = fy;
-    c.epsilon = std::sqrt(235000.0 / fy);
-    c.gammaM0 = gammaM0;
-    return c;
-}
 
 // Mcr of uniform moment with fork supports: pi² E Iz / L² sqrt(Iw / Iz + L² G It / (pi² E Iz)).
 double uniformMcr(const SDBSection& s, double L)
