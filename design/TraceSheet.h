@@ -46,9 +46,7 @@ inline std::string fixed(double v, int decimals)
 {
     if (std::isnan(v)) return "nan";
     if (std::isinf(v)) return v > 0.0 ? "inf" : "-inf";
-    char buffer[64];
-    std::snprintf(buffer, sizeof buffer, "%.*f", decimals, v);
-    std::string s(buffer);
+    std::string s = printed(v, decimals);
     // "-0.00" reads as 0.00.
     if (s[0] == '-' && s.find_first_not_of("-0.") == std::string::npos) s.erase(0, 1);
     return s;
