@@ -2,6 +2,8 @@
 
 #include "Parallel.h"
 
+#include <design/NumberInput.h>
+
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
@@ -100,8 +102,8 @@ std::string lower(std::string s)
 
 // A plain decimal ("-300", "0.875"): at most 15 digits, so that the digits make an exact integer m and
 // the value m / 10^k, one correctly rounded division of exact doubles, is the correctly rounded value
-// that std::from_chars gives (Clinger's fast path). Anything else (exponents, more digits, "5.", ".5",
-// "+5") is left to std::from_chars: false.
+// that design::readNumber gives (Clinger's fast path). Anything else (exponents, more digits, "5.", ".5",
+// "+5") is left to it: false.
 [[gnu::always_inline]] inline bool parsePlainDecimal(std::string_view text, double& value)
 {
     static constexpr double powers[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
@@ -194,11 +196,8 @@ public:
     [[gnu::noinline]] double otherNumber(Column field, std::string_view cell) const
     {
         double x = 0.0;
-        const char* begin = cell.data();
-        const char* end = begin + cell.size();
-        auto [ptr, ec] = std::from_chars(begin, end, x);
-        if (ec != std::errc() || ptr != end) fail(field, "not a number: '" + std::string(cell) + "'");
-        if (!std::isfinite(x)) fail(field, "not a finite number: '" + std::string(cell) + "'");
+        const design::NumberProblem problem = design::readNumber(cell, x);
+        if (problem != design::NumberProblem::None) fail(field, design::numberProblemText(problem, cell));
         return x;
     }
     [[gnu::always_inline]] double requiredNumber(Column field) const
@@ -334,8 +333,7 @@ bool isBlank(std::string_view line) { return trimView(line).empty(); }
 struct CsvHeader {
     std::size_t fields = 0;
     std::array<std::size_t, columnCount> position{};
-    // The column of each field: a column named twice keeps only its last field, so the others map to
-    // columnCount (none).
+    // The column of each field (every column is named once).
     std::vector<std::size_t> columnOfField;
 };
 
@@ -349,7 +347,11 @@ CsvHeader parseHeader(std::string_view line, std::size_t lineNo)
     for (const std::string& column : header)
         if (std::find(std::begin(knownColumns), std::end(knownColumns), column) == std::end(knownColumns))
             throw InputError("batch: unknown column '" + column + "' in the header (line " + std::to_string(lineNo) + ")");
-    // A column named twice takes its last position.
+    for (std::size_t i = 0; i < header.size(); ++i)
+        if (std::find(header.begin(), header.begin() + static_cast<std::ptrdiff_t>(i), header[i]) !=
+            header.begin() + static_cast<std::ptrdiff_t>(i))
+            throw InputError("batch: the header (line " + std::to_string(lineNo) + ") names the column '" +
+                             header[i] + "' twice");
     CsvHeader h;
     h.fields = header.size();
     h.position.fill(header.size());
@@ -527,8 +529,27 @@ void parseJsonLine(const std::string& line, std::size_t lineNo, BatchRow& out)
 BatchRow parseJsonDocument(const std::string& line, std::size_t lineNo)
 {
     nlohmann::json object;
+    // The keys of the row's object (depth 1), to find one given twice: the document would keep only the
+    // last of them.
+    std::vector<std::string> keys;
+    std::string twice;
+    const auto watchKeys = [&](int depth, nlohmann::json::parse_event_t event, nlohmann::json& parsed) {
+        if (event == nlohmann::json::parse_event_t::key && depth == 1 && twice.empty()) {
+            const std::string& key = parsed.get_ref<const std::string&>();
+            if (std::find(keys.begin(), keys.end(), key) != keys.end()) twice = key;
+            else keys.push_back(key);
+        }
+        return true;
+    };
     try {
-        object = nlohmann::json::parse(line);
+        object = nlohmann::json::parse(line, watchKeys);
+        if (!twice.empty()) {
+            const auto id = object.is_object() ? object.find("id") : object.end();
+            RowError e{lineNo, id != object.end() && id->is_string() ? id->get<std::string>() : std::string(), twice,
+                       "the key '" + twice + "' is given twice"};
+            e.fatal = true;
+            return e;
+        }
     } catch (const nlohmann::json::parse_error&) {
         return RowError{lineNo, "", "", "not a JSON object"};
     } catch (const nlohmann::json::out_of_range&) {  // 1e400
@@ -559,6 +580,12 @@ BatchRow parseJsonDocument(const std::string& line, std::size_t lineNo)
 
 } // namespace
 
+void stopOnFatal(const BatchRow& row)
+{
+    const auto* e = std::get_if<RowError>(&row);
+    if (e && e->fatal) throw InputError("batch: line " + std::to_string(e->line) + ": " + e->message);
+}
+
 BatchFormat formatOf(const std::string& fileName)
 {
     const std::string name = lower(fileName);
@@ -583,9 +610,35 @@ struct BatchReader::Impl {
 
     Impl(std::istream& stream, unsigned threads) : in(stream), jobs(threads) {}
 
+    // The next line into line, without its end; false at the end of the input. A line longer than
+    // maxLineBytes is InputError naming it, read no further: memory stays bounded whatever the input (an
+    // endless line, /dev/zero).
     bool readLine(std::string& line)
     {
-        if (!std::getline(in, line)) return false;
+        line.clear();
+        bool any = false;
+        char buffer[4096];
+        for (;;) {
+            in.getline(buffer, sizeof buffer);
+            const std::streamsize got = in.gcount();
+            any = any || got > 0;
+            if (!in.fail()) {  // the whole rest of the line, its end extracted (and counted in got)
+                line.append(buffer, static_cast<std::size_t>(got > 0 && !in.eof() ? got - 1 : got));
+                break;
+            }
+            if (in.eof()) {  // the last line, without an end
+                line.append(buffer, static_cast<std::size_t>(got));
+                break;
+            }
+            // The buffer filled before the line's end: go on reading the same line.
+            line.append(buffer, static_cast<std::size_t>(got));
+            in.clear();
+            if (line.size() > maxLineBytes) break;
+        }
+        if (line.size() > maxLineBytes)
+            throw InputError("batch: line " + std::to_string(lineNo + 1) + " is longer than " +
+                             std::to_string(maxLineBytes) + " bytes (1 MiB), the most a row may hold");
+        if (!any) return false;
         ++lineNo;
         if (first) {
             first = false;
@@ -618,7 +671,7 @@ BatchReader::~BatchReader() = default;
 
 BatchFormat BatchReader::format() const { return impl_->format; }
 
-bool BatchReader::readLines(Lines& lines, std::size_t maxRows)
+bool BatchReader::readLines(Lines& lines, std::size_t maxRows, std::size_t maxBytes)
 {
     Impl& r = *impl_;
     std::size_t count = 0;
@@ -629,11 +682,20 @@ bool BatchReader::readLines(Lines& lines, std::size_t maxRows)
         r.pending.clear();
         lines.numbers[count++] = r.pendingLine;
     }
-    while (count < maxRows && r.readLine(lines.text[count])) {
-        if (isBlank(lines.text[count])) continue;
+    std::size_t bytes = count > 0 ? lines.text[0].size() : 0;
+    for (;;) {
+        if (count == maxRows || bytes >= maxBytes) break;
+        std::string& slot = lines.text[count];
+        // A slot that held a long line gives its memory back, so that long lines of earlier chunks do not
+        // pile up across the slots.
+        if (slot.capacity() > 65536) std::string().swap(slot);
+        if (!r.readLine(slot)) break;
+        if (isBlank(slot)) continue;
+        bytes += slot.size();
         lines.numbers[count++] = r.lineNo;
     }
     lines.count = count;
+    lines.bytes = bytes;
     return count > 0;
 }
 
@@ -661,6 +723,7 @@ bool BatchReader::next(std::vector<BatchRow>& rows, std::size_t maxRows)
     forEachChunk(count, 2048, r.jobs, [&](std::size_t begin, std::size_t end) {
         for (std::size_t i = begin; i < end; ++i) parseLine(r.lines, i, rows[i]);
     });
+    for (const BatchRow& row : rows) stopOnFatal(row);
     return true;
 }
 

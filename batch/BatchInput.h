@@ -55,24 +55,39 @@ struct MemberRow {
 };
 
 // A row that cannot be checked: its line, its id when known, the field and what is wrong.
+// fatal: the input itself is malformed (a key given twice in a JSON row): the run stops with InputError
+// (exit 2) at this row instead of rejecting it, as for a CSV header naming a column twice.
 struct RowError {
     std::size_t line = 0;
     std::string id;
     std::string field;
     std::string message;
+    bool fatal = false;
 };
 
 using BatchRow = std::variant<MemberRow, RowError>;
 
+// InputError for a fatal RowError ("batch: line 7: ..."); nothing for any other row.
+void stopOnFatal(const BatchRow& row);
+
 enum class BatchFormat { Csv, JsonLines };
+
+// The longest line a batch may hold (its end not counted): a longer one stops the run with InputError
+// naming its number. A row of a model is a few hundred bytes.
+constexpr std::size_t maxLineBytes = std::size_t{1} << 20;
+
+// The most bytes of lines read ahead in one chunk (besides the row count asked for), so that a chunk of
+// long lines stays within memory too.
+constexpr std::size_t maxChunkBytes = std::size_t{32} << 20;
 
 // The format from the file name (.jsonl / .json / .ndjson: JSON Lines, anything else CSV).
 BatchFormat formatOf(const std::string& fileName);
 
 // Reads a batch in chunks, so that memory stays bounded whatever the size of the input. The format is
 // given, or found from the first non-blank line ('{': JSON Lines, else CSV). A UTF-8 byte-order mark
-// and CRLF line ends are accepted. A CSV header without a required column, with an unknown one, or
-// missing altogether throws InputError from the constructor. jobs bounds the parsing threads (0: every
+// and CRLF line ends are accepted. A CSV header without a required column, with an unknown one or one
+// named twice, or missing altogether throws InputError from the constructor; so does a line longer
+// than maxLineBytes wherever it is read, and next() a JSON row that gives a key twice. jobs bounds the parsing threads (0: every
 // core).
 class BatchReader {
 public:
@@ -93,8 +108,10 @@ public:
         std::vector<std::string> text;     // reused from chunk to chunk
         std::vector<std::size_t> numbers;  // 1-based line numbers
         std::size_t count = 0;
+        std::size_t bytes = 0;  // of the count lines
     };
-    bool readLines(Lines& lines, std::size_t maxRows);
+    // At most maxBytes of lines are read (at least one line, and a line is at most maxLineBytes).
+    bool readLines(Lines& lines, std::size_t maxRows, std::size_t maxBytes = maxChunkBytes);
     void parseLine(const Lines& lines, std::size_t i, BatchRow& row) const;
 
 private:

@@ -683,6 +683,10 @@ struct PipelineSlice {
 
 // Rows per slice: a worker parses, evaluates and formats a slice at a time, into the slice's own text.
 constexpr std::size_t sliceRows = 128;
+// Bytes of lines per slice, and in all the slices in flight, at most (a slice holds one line at least, and a
+// line is at most maxLineBytes): rows of a few hundred bytes never reach them.
+constexpr std::size_t maxSliceBytes = std::size_t{4} << 20;
+constexpr std::size_t maxBytesInFlight = std::size_t{64} << 20;
 
 // The ring's hand-over between the reader, the workers and the writer. Slice k of the run lives in slot
 // k % size; the reader fills slot k once the writer has written slice k - size, a worker takes slice k once
@@ -691,22 +695,32 @@ constexpr std::size_t sliceRows = 128;
 // wake once a batch, not once a slice. The counters only grow.
 class PipelineRing {
 public:
-    explicit PipelineRing(std::size_t size) : states_(size, 0), batch_(std::max<std::size_t>(1, size / 4)) {}
+    explicit PipelineRing(std::size_t size)
+        : states_(size, 0), bytes_(size, 0), batch_(std::max<std::size_t>(1, size / 4))
+    {
+    }
     std::size_t size() const { return states_.size(); }
 
     // Reader: waits until slot k is free; false when the run stops.
+    // The lines of the slices read and not yet written stay within maxBytesInFlight (one slice more at
+    // most), so that memory is bounded by bytes as well as by rows.
     bool waitFree(std::size_t k)
     {
         std::unique_lock<std::mutex> lock(mutex_);
-        return waitFor(lock, free_, [&] { return k < written_ + states_.size(); });
+        return waitFor(lock, free_, [&] { return k < written_ + states_.size() && inFlight_ <= maxBytesInFlight; });
     }
-    // Reader: slice k is read (any), or the input ended before it.
-    void read(std::size_t k, bool any)
+    // Reader: slice k is read (any, bytes of lines), or the input ended before it.
+    void read(std::size_t k, bool any, std::size_t bytes)
     {
         {
             std::lock_guard<std::mutex> lock(mutex_);
-            if (any) read_ = k + 1;
-            else end_ = k;
+            if (any) {
+                read_ = k + 1;
+                bytes_[k % bytes_.size()] = bytes;
+                inFlight_ += bytes;
+            } else {
+                end_ = k;
+            }
         }
         readable_.notify_all();
         if (!any) writable_.notify_one();  // the writer may wait for a batch that the end cuts short
@@ -744,6 +758,7 @@ public:
     {
         {
             std::lock_guard<std::mutex> lock(mutex_);
+            for (std::size_t j = written_; j < k; ++j) inFlight_ -= bytes_[j % bytes_.size()];
             written_ = k;
         }
         free_.notify_one();
@@ -761,10 +776,12 @@ public:
     }
 
 private:
-    // A batch is evaluated from the writer's place, or every slice up to the end is.
+    // A batch is evaluated from the writer's place, or every slice up to the end is, or the reader waits for
+    // the bytes in flight to be written.
     bool writerReady() const
     {
-        return contiguous_ > writerAt_ && (contiguous_ - writerAt_ >= batch_ || contiguous_ == end_);
+        return contiguous_ > writerAt_ &&
+               (contiguous_ - writerAt_ >= batch_ || contiguous_ == end_ || inFlight_ > maxBytesInFlight);
     }
     // Waits for ready, looking at the stop request now and then (a signal handler cannot notify).
     template <class Ready>
@@ -780,6 +797,8 @@ private:
     std::mutex mutex_;
     std::condition_variable free_, readable_, writable_;
     std::vector<std::size_t> states_;  // per slot: 1 + the slice evaluated in it
+    std::vector<std::size_t> bytes_;   // per slot: the bytes of its lines
+    std::size_t inFlight_ = 0;         // the bytes of the slices read and not written
     const std::size_t batch_;
     std::size_t read_ = 0, written_ = 0, next_ = 0, contiguous_ = 0, writerAt_ = 0;
     std::size_t end_ = std::numeric_limits<std::size_t>::max();
@@ -815,8 +834,8 @@ void runPipeline(BatchReader& reader, std::ostream& out, OutputFormat format, un
             for (std::size_t k = 0;; ++k) {
                 if (!ring.waitFree(k)) return;
                 PipelineSlice& slice = slots[k % slots.size()];
-                const bool any = reader.readLines(slice.lines, rowsPerSlice);
-                ring.read(k, any);
+                const bool any = reader.readLines(slice.lines, rowsPerSlice, maxSliceBytes);
+                ring.read(k, any, slice.lines.bytes);
                 if (!any) return;
             }
         } catch (...) {
@@ -869,13 +888,25 @@ void runPipeline(BatchReader& reader, std::ostream& out, OutputFormat format, un
         }
     };
 
-    // The writer writes the slices in input order and counts them in the summary.
+    // The writer writes the slices in input order and counts them in the summary. A malformed row stops
+    // the run before anything of its slice is written.
+    std::exception_ptr writeFailure;
     std::thread writerThread([&] {
         std::size_t rows = 0, reported = 0, k = 0;
         while (const std::size_t ready = ring.waitEvaluated(k)) {
             for (const std::size_t last = k + ready; k < last; ++k) {
-                const PipelineSlice& slice = slots[k % slots.size()];
+                PipelineSlice& slice = slots[k % slots.size()];
+                try {
+                    for (std::size_t i = 0; i < slice.count; ++i) stopOnFatal(slice.rows[i]);
+                } catch (...) {
+                    writeFailure = std::current_exception();
+                    ring.abort();
+                    return;
+                }
                 out.write(slice.text.data(), static_cast<std::streamsize>(slice.text.size()));
+                // Long lines give their memory back once written: the slot may wait long for its next turn.
+                for (std::size_t i = 0; i < slice.count; ++i)
+                    if (slice.lines.text[i].capacity() > 65536) std::string().swap(slice.lines.text[i]);
                 summary.add(std::span<const RowResult>(slice.results.data(), slice.count));
                 rows += slice.count;
             }
@@ -893,6 +924,7 @@ void runPipeline(BatchReader& reader, std::ostream& out, OutputFormat format, un
     ring.abort();  // the reader may wait for a slot the stopped writer never frees
     readerThread.join();
     if (readFailure) std::rethrow_exception(readFailure);
+    if (writeFailure) std::rethrow_exception(writeFailure);
 }
 
 void writeResults(std::ostream& out, const std::vector<RowResult>& results, OutputFormat format, design::Rules rules)

@@ -37,7 +37,7 @@ struct CheckOptions {
     ForceOptions forces;
     StandardOptions standard;
     RulesOption rules;
-    double gammaM0 = 0.0;
+    std::optional<double> gammaM0;  // empty: from the standard mode
     bool elastic = false;
     bool json = false;
     std::string html;
@@ -84,9 +84,9 @@ void run(const CheckOptions& o, CommandResult& result)
     KaConstrSteel steel = o.steel.resolve();
     o.standard.apply();
     if (!o.html.empty()) checkOutputPath("--html", o.html, "");
-    if (o.gammaM0 < 0.0) throw InputError("--gamma-m0: must not be negative, got " + number(o.gammaM0, 4));
+    if (o.gammaM0 && !(*o.gammaM0 > 0.0)) throw InputError("--gamma-m0: must be positive, got " + number(*o.gammaM0, 4));
     const Forces forces = o.forces.toForces();
-    const design::CrossSectionRequest request{section.get(), &steel, forces, o.gammaM0, o.elastic};
+    const design::CrossSectionRequest request{section.get(), &steel, forces, o.gammaM0.value_or(0.0), o.elastic};
     const design::CrossSectionOutcome outcome = design::evaluateCrossSection(request);
     const SectionInitializer& init = outcome.initializer;
     const R& results = outcome.results;
@@ -150,7 +150,7 @@ void run(const CheckOptions& o, CommandResult& result)
     if (!o.html.empty())
         writeMemberReport("--html", o.html, "steeldesign check " + o.name + " --steel " + steel.getName() + " (" +
                                                 describeForces(forces) + ")",
-                          std::move(section), steel, {nullptr, nullptr, forces, o.gammaM0, o.elastic}, std::nullopt,
+                          std::move(section), steel, {nullptr, nullptr, forces, o.gammaM0.value_or(0.0), o.elastic}, std::nullopt,
                           rules);
     result.exitCode = design::exitCodeOf(rules == design::Rules::En ? ruled.enVerdict : verdict);
 }
@@ -164,8 +164,7 @@ void registerCheckCommand(CLI::App& app, CommandResult& result)
     sub->add_option("NAME", options->name, "catalogue designation or dimensions, e.g. \"IPE 300\", \"WI 1200x300x8x20\"")->required();
     options->steel.addTo(*sub);
     options->forces.addTo(*sub);
-    sub->add_option("--gamma-m0", options->gammaM0, "partial factor gammaM0 (default: from the standard mode)")
-        ->check(finiteNumber());
+    addNumber(*sub, "--gamma-m0", options->gammaM0, "partial factor gammaM0 (default: from the standard mode)");
     options->standard.addTo(*sub);
     options->rules.addTo(*sub);
     sub->add_flag("--elastic", options->elastic, "elastic verification: class 3 without classification");

@@ -99,13 +99,12 @@ void registerMcrCommand(CLI::App& app, CommandResult& result)
     CLI::App* sub = app.add_subcommand(
         "mcr", "elastic critical moment by a finite-element eigenvalue analysis (exit 0 found, 2 bad input, 3 none)");
     sub->add_option("NAME", o->name, "catalogue designation or dimensions, e.g. \"IPE 300\"")->required();
-    sub->add_option("--length", o->length, "member length L in m")->required()->check(finiteNumber());
+    addNumber(*sub, "--length", o->length, "member length L in m")->required();
     sub->add_option("--moments-y", o->momentsY, "moments about y at start, middle, end, \"M1,Mm,M2\" in kNm");
     sub->add_option("--diagram-y", o->diagramY, "shape through the three moments: polygonal or parabolic")
         ->capture_default_str();
     sub->add_option("--stations", o->stations, "moment diagram as \"x:M,x:M,...\" (m, kNm) from 0 to L");
-    sub->add_option("--uniform-load", o->q, "uniform transverse load q in kN/m (positive downwards)")
-        ->check(finiteNumber());
+    addNumber(*sub, "--uniform-load", o->q, "uniform transverse load q in kN/m (positive downwards)");
     sub->add_option("--point-load", o->pointLoads, "point load \"x:P\" (m, kN, positive downwards); repeatable");
     sub->add_option("--load-height", o->loadHeight,
                     "where the transverse loads act: center (shear centre), top, bottom, or mm from the shear "
@@ -115,9 +114,8 @@ void registerMcrCommand(CLI::App& app, CommandResult& result)
         ->capture_default_str();
     sub->add_option("--end", o->end, "end support: fork, warping-fixed, lateral-fixed, fixed, free")->capture_default_str();
     sub->add_option("--lateral-restraint", o->lateralRestraints, "lateral restraint at x (m), \"x\" or \"x@top\"; repeatable");
-    sub->add_option("--torsional-restraint", o->torsionalRestraints, "torsional restraint at x (m); repeatable")
-        ->check(finiteNumber());
-    sub->add_option("--c-theta", o->cTheta, "continuous torsional restraint in kNm/m per m")->check(finiteNumber());
+    addNumber(*sub, "--torsional-restraint", o->torsionalRestraints, "torsional restraint at x (m); repeatable");
+    addNumber(*sub, "--c-theta", o->cTheta, "continuous torsional restraint in kNm/m per m");
     sub->add_option("--elements", o->elements, "finite elements over the length")->capture_default_str();
     sub->add_flag("--json", o->json, "machine-readable output (SI units)");
     sub->callback([o, &result] { run(*o, result); });

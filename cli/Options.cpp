@@ -1,33 +1,59 @@
 #include "Options.h"
 
-#include <cmath>
-#include <cstdlib>
+#include <design/NumberInput.h>
 
 namespace cli {
 
-const CLI::Validator& finiteNumber()
+namespace {
+
+double numberOption(const std::string& name, const std::string& text)
 {
-    static const CLI::Validator validator(
-        [](std::string& text) -> std::string {
-            char* end = nullptr;
-            const double value = std::strtod(text.c_str(), &end);
-            if (end == text.c_str() || *end != '\0') return "not a number: " + text;
-            if (!std::isfinite(value)) return "not a finite number: " + text;
-            return {};
-        },
-        "FINITE");
-    return validator;
+    double value = 0.0;
+    const design::NumberProblem problem = design::readNumber(text, value);
+    if (problem != design::NumberProblem::None)
+        throw CLI::ValidationError(name, design::numberProblemText(problem, text));
+    return value;
+}
+
+}
+
+CLI::Option* addNumber(CLI::App& app, const std::string& name, double& target, const std::string& help)
+{
+    return app
+        .add_option_function<std::string>(
+            name, [&target, name](const std::string& text) { target = numberOption(name, text); }, help)
+        ->type_name("NUMBER");
+}
+
+CLI::Option* addNumber(CLI::App& app, const std::string& name, std::optional<double>& target, const std::string& help)
+{
+    return app
+        .add_option_function<std::string>(
+            name, [&target, name](const std::string& text) { target = numberOption(name, text); }, help)
+        ->type_name("NUMBER");
+}
+
+CLI::Option* addNumber(CLI::App& app, const std::string& name, std::vector<double>& target, const std::string& help)
+{
+    return app
+        .add_option_function<std::vector<std::string>>(
+            name,
+            [&target, name](const std::vector<std::string>& texts) {
+                target.clear();
+                for (const std::string& text : texts) target.push_back(numberOption(name, text));
+            },
+            help)
+        ->type_name("NUMBER");
 }
 
 void addForceOptions(CLI::App& app, design::ForceInput& forces)
 {
-    app.add_option("--N", forces.N, "normal force N in kN (compression negative)")->check(finiteNumber());
-    app.add_option("--My", forces.My, "bending moment My in kNm (positive: tension at the bottom, z > 0)")
-        ->check(finiteNumber());
-    app.add_option("--Mz", forces.Mz, "bending moment Mz in kNm")->check(finiteNumber());
-    app.add_option("--Mt", forces.Mt, "torsional moment Mt in kNm")->check(finiteNumber());
-    app.add_option("--Vy", forces.Vy, "shear force Vy in kN")->check(finiteNumber());
-    app.add_option("--Vz", forces.Vz, "shear force Vz in kN")->check(finiteNumber());
+    addNumber(app, "--N", forces.N, "normal force N in kN (compression negative)");
+    addNumber(app, "--My", forces.My, "bending moment My in kNm (positive: tension at the bottom, z > 0)");
+    addNumber(app, "--Mz", forces.Mz, "bending moment Mz in kNm");
+    addNumber(app, "--Mt", forces.Mt, "torsional moment Mt in kNm");
+    addNumber(app, "--Vy", forces.Vy, "shear force Vy in kN");
+    addNumber(app, "--Vz", forces.Vz, "shear force Vz in kN");
 }
 
 void SteelOption::addTo(CLI::App& app)

@@ -13,7 +13,9 @@
 #include <design/MemberInput.h>
 #include <design/Rules.h>
 
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace cli {
 
@@ -54,7 +56,11 @@ struct RulesOption {
     design::Rules resolve() const { return design::rulesByName(name); }
 };
 
-// A CLI11 validator that rejects non-finite numbers ("nan", "inf").
-const CLI::Validator& finiteNumber();
+// A number option, read as the batch and the section notations read numbers (design::readNumber: the
+// same text is the same double everywhere; hexadecimal, "inf", "nan" and units refused with the option
+// named). The type shown in --help is NUMBER.
+CLI::Option* addNumber(CLI::App& app, const std::string& name, double& target, const std::string& help);
+CLI::Option* addNumber(CLI::App& app, const std::string& name, std::optional<double>& target, const std::string& help);
+CLI::Option* addNumber(CLI::App& app, const std::string& name, std::vector<double>& target, const std::string& help);
 
 } // namespace cli

@@ -28,7 +28,7 @@ struct SelectOptions {
     std::string by;  // the older spelling of --rules: library or en
     SteelOption steel;
     MemberOptions member;
-    double gammaM0 = 0.0;
+    std::optional<double> gammaM0;  // empty: from the standard mode
     bool json = false;
 };
 
@@ -89,7 +89,7 @@ void run(const SelectOptions& o, CommandResult& result)
         throw InputError("--family: unknown family '" + o.family + "' (known: " + known + ")");
     }
     KaConstrSteel steel = o.steel.resolve();
-    if (o.gammaM0 < 0.0) throw InputError("--gamma-m0: must not be negative, got " + number(o.gammaM0, 4));
+    if (o.gammaM0 && !(*o.gammaM0 > 0.0)) throw InputError("--gamma-m0: must be positive, got " + number(*o.gammaM0, 4));
     // Validates the member options once, on the first profile.
     std::vector<Candidate> candidates;
     for (const std::string& name : names) candidates.push_back({design::makeSection(name), {}});
@@ -100,7 +100,7 @@ void run(const SelectOptions& o, CommandResult& result)
     for (std::size_t i = 0; i < candidates.size(); ++i) {
         SDBSection* section = candidates[i].section.get();
         const design::MemberRequest member = o.member.toRequest(section, &steel);
-        const design::CrossSectionRequest cross{section, &steel, member.forces, o.gammaM0, false};
+        const design::CrossSectionRequest cross{section, &steel, member.forces, o.gammaM0.value_or(0.0), false};
         candidates[i].result = evaluateChecks(cross, o.member.memberChecked() ? &member : nullptr, rules);
         if (candidates[i].result.fulfilled) {
             selected = i;
@@ -154,8 +154,7 @@ void registerSelectCommand(CLI::App& app, CommandResult& result)
         ->required();
     options->steel.addTo(*sub);
     options->member.addTo(*sub);
-    sub->add_option("--gamma-m0", options->gammaM0, "partial factor gammaM0 (default: from the standard mode)")
-        ->check(finiteNumber());
+    addNumber(*sub, "--gamma-m0", options->gammaM0, "partial factor gammaM0 (default: from the standard mode)");
     sub->add_option("--by", options->by, "the rules of the selection, as --rules (library or en)");
     sub->add_flag("--json", options->json, "machine-readable output (SI units: m, kN, kNm, kN/m2)");
     sub->callback([options, &result] { run(*options, result); });

@@ -1,22 +1,15 @@
 #include "CriticalMomentOptions.h"
 
+#include "NumberInput.h"
 #include "TraceSheet.h"
 
 #include <cmath>
-#include <cstdlib>
 
 namespace design {
 
 namespace {
 
-double parseNumber(const std::string& option, const std::string& text)
-{
-    char* stop = nullptr;
-    const double v = std::strtod(text.c_str(), &stop);
-    if (text.empty() || stop == text.c_str() || *stop != '\0' || !std::isfinite(v))
-        throw InputError(option + ": '" + text + "' is not a number");
-    return v;
-}
+double parseNumber(const std::string& option, const std::string& text) { return numberOf(option, text); }
 
 std::vector<std::string> split(const std::string& text, char separator)
 {

@@ -1,9 +1,9 @@
 #include "MemberInput.h"
 
+#include "NumberInput.h"
 #include "TraceSheet.h"
 
 #include <cmath>
-#include <cstdlib>
 #include <vector>
 
 namespace design {
@@ -19,9 +19,8 @@ std::vector<double> parseMoments(const std::string& option, const std::string& t
     while (true) {
         const std::size_t comma = text.find(',', start);
         const std::string item = text.substr(start, comma == std::string::npos ? std::string::npos : comma - start);
-        char* end = nullptr;
-        const double value = std::strtod(item.c_str(), &end);
-        if (item.empty() || end == item.c_str() || *end != '\0' || !std::isfinite(value))
+        double value = 0.0;
+        if (readNumber(item, value) != NumberProblem::None)
             throw InputError(option + ": expected three numbers M1,Mm,M2 in kNm, got '" + text + "'");
         values.push_back(value);
         if (comma == std::string::npos) break;

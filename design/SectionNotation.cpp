@@ -1,14 +1,13 @@
 #include "SectionNotation.h"
 
 #include "InputError.h"
+#include "NumberInput.h"
 
 #include <SectionCatalogue.h>
 
 #include <cctype>
-#include <cerrno>
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
 #include <vector>
 
 namespace design {
@@ -119,12 +118,11 @@ private:
             if (end == std::string::npos) end = group.size();
             const std::string item = group.substr(start, end - start);
             if (item.empty()) fail("expected " + std::string(info_.form) + " in mm, found an empty dimension");
-            errno = 0;
-            char* stop = nullptr;
-            const double v = std::strtod(item.c_str(), &stop);
-            if (stop == item.c_str() || *stop != '\0')
+            double v = 0.0;
+            const NumberProblem problem = readNumber(item, v);
+            if (problem == NumberProblem::NotANumber)
                 fail("'" + item + "' is not a number (expected " + info_.form + " in mm)");
-            if (!std::isfinite(v) || errno == ERANGE)
+            if (problem != NumberProblem::None)
                 fail("'" + item + "' is out of range (expected " + info_.form + " in mm)");
             out.push_back(v);
             start = end + 1;

@@ -4,6 +4,9 @@
 
 #include "CommandRunner.h"
 
+#include <batch/BatchInput.h>
+#include <design/InputError.h>
+
 #include <gtest/gtest.h>
 
 #include <csignal>
@@ -205,4 +208,67 @@ TEST(BatchSafety, OutputIsTheSameOnOneAndTwoThreads)
             EXPECT_TRUE(one.output == two.output) << input << " " << format;
         }
     }
+}
+
+// A column named twice in the CSV header, or a key given twice in a JSON row: which of the two values
+// was meant cannot be known, so the run stops with exit 2 naming it; an existing --out is left as it was
+// and no temporary remains.
+TEST(BatchSafety, AColumnOrAKeyGivenTwiceIsBadInput)
+{
+    const Scratch s;
+    const std::string out = s.write("results.csv", "results of yesterday\n");
+    const std::string csv = s.write("twice.csv", "id,section,steel,N,My,Mz,Mt,Vy,Vz,length,N\n"
+                                                 "1,IPE 300,S355,-100,0,0,0,0,0,3,-200\n");
+    const CommandRun c = runSteeldesign("batch " + csv + " --out " + out);
+    EXPECT_EQ(c.exitCode, 2);
+    EXPECT_NE(c.output.find("the header (line 1) names the column 'N' twice"), std::string::npos) << c.output;
+    std::string rows;
+    for (int i = 1; i <= 300; ++i)
+        rows += "{\"id\":\"" + std::to_string(i) + "\",\"section\":\"IPE 300\",\"steel\":\"S355\",\"N\":-100," +
+                (i == 250 ? "\"My\":5,\"My\":50," : "") + "\"length\":3}\n";
+    const std::string jsonl = s.write("twice.jsonl", rows);
+    for (const char* jobs : {"1", "2"}) {
+        const CommandRun j = runSteeldesign("batch " + jsonl + " --jobs " + jobs + " --out " + out);
+        EXPECT_EQ(j.exitCode, 2) << jobs;
+        EXPECT_NE(j.output.find("batch: line 250: the key 'My' is given twice"), std::string::npos) << j.output;
+    }
+    EXPECT_EQ(slurp(out), "results of yesterday\n");
+    std::size_t entries = 0;
+    for (const auto& entry : fs::directory_iterator(fs::path(out).parent_path())) entries += entry.is_regular_file();
+    EXPECT_EQ(entries, 3u);  // the two inputs and results.csv: no temporary left
+    std::istringstream in(rows);
+    EXPECT_THROW(batch::readBatch(in, batch::BatchFormat::JsonLines), design::InputError);
+}
+
+// A line longer than 1 MiB stops the run with its number, whether it ends or not (an endless line of
+// NULs as /dev/zero gives); memory is not spent on it. A line just under the limit is a row like any other.
+TEST(BatchSafety, ALineLongerThanTheLimitIsBadInputWithItsNumber)
+{
+    const Scratch s;
+    const std::string header = "id,section,steel,N,My,Mz,Mt,Vy,Vz,length\n";
+    const std::string row = "1,IPE 300,S355,-100,0,0,0,0,0,3\n";
+    const std::string longCell(batch::maxLineBytes + 1, '7');
+    const std::string ended = s.write("long.csv", header + row + "2,IPE 300,S355," + longCell + ",0,0,0,0,0,3\n" + row);
+    const CommandRun r = runSteeldesign("batch " + ended + " --out " + s.path("out.csv"));
+    EXPECT_EQ(r.exitCode, 2);
+    EXPECT_NE(r.output.find("batch: line 3 is longer than 1048576 bytes"), std::string::npos) << r.output.substr(0, 300);
+    EXPECT_FALSE(fs::exists(s.path("out.csv")));
+    const std::string zeros = s.write("zeros.csv", std::string(3 * batch::maxLineBytes, '\0'));
+    const CommandRun z = runSteeldesign("batch " + zeros);
+    EXPECT_EQ(z.exitCode, 2);
+    EXPECT_NE(z.output.find("batch: line 1 is longer than"), std::string::npos) << z.output.substr(0, 300);
+    // Just under the limit: "-0000...0100" is -100 with a long run of zeros, read and checked.
+    const std::string padded = "2,IPE 300,S355,-" + std::string(batch::maxLineBytes - 40, '0') + "100,0,0,0,0,0,3";
+    ASSERT_LE(padded.size(), batch::maxLineBytes);
+    const std::string under = s.write("under.csv", header + row + padded + "\n");
+    const CommandRun u = runSteeldesign("batch " + under + " --format csv --out " + s.path("under.out"));
+    EXPECT_EQ(u.exitCode, 0) << u.output.substr(0, 300);
+    // The padded row's results are the plain row's (after the line and the id).
+    std::istringstream results(slurp(s.path("under.out")));
+    std::string head, first, second;
+    std::getline(results, head);
+    std::getline(results, first);
+    std::getline(results, second);
+    ASSERT_NE(first.find(",checked,"), std::string::npos) << first;
+    EXPECT_EQ(first.substr(first.find(",checked,")), second.substr(second.find(",checked,")));
 }

@@ -98,16 +98,17 @@ design::ForceInput forcesOf(double N, double My, double Mz, double Mt, double Vy
 py::object section(const std::string& name) { return toPython(report::sectionJson(*design::resolveSection(name))); }
 
 py::object check(const std::string& name, const std::string& steelGrade, double N, double My, double Mz, double Mt,
-                 double Vy, double Vz, double gammaM0, bool elastic, const std::string& mode,
+                 double Vy, double Vz, std::optional<double> gammaM0, bool elastic, const std::string& mode,
                  const std::string& situation, const std::string& rulesName)
 {
     const design::Rules rules = design::rulesByName(rulesName);
     auto section = design::resolveSection(name);
     KaConstrSteel steel = design::steelByName(steelGrade);
     design::applyStandard(mode, situation);
-    if (finite("gamma_m0", gammaM0) < 0.0) throw py::value_error("gamma_m0: must not be negative, got " + exact(gammaM0));
+    if (gammaM0 && !(finite("gamma_m0", *gammaM0) > 0.0))
+        throw py::value_error("gamma_m0: must be positive, got " + exact(*gammaM0));
     const design::CrossSectionRequest request{section.get(), &steel, forcesOf(N, My, Mz, Mt, Vy, Vz).toForces(),
-                                              gammaM0, elastic};
+                                              gammaM0.value_or(0.0), elastic};
     const design::CrossSectionOutcome outcome = design::evaluateCrossSection(request);
     return toPython(report::checkJson(*section, steel, request, outcome, design::findDepartures(request, outcome), rules));
 }
@@ -480,7 +481,7 @@ PYBIND11_MODULE(_core, m)
     m.def("section", &section, py::arg("name"), "Dimensions and properties of a section (m, m2, m4, m6).");
     m.def("check", &check, py::arg("section"), py::arg("steel") = "S355", py::kw_only(), py::arg("N") = 0.0,
           py::arg("My") = 0.0, py::arg("Mz") = 0.0, py::arg("Mt") = 0.0, py::arg("Vy") = 0.0, py::arg("Vz") = 0.0,
-          py::arg("gamma_m0") = 0.0, py::arg("elastic") = false, py::arg("mode") = "EN",
+          py::arg("gamma_m0") = py::none(), py::arg("elastic") = false, py::arg("mode") = "EN",
           py::arg("situation") = "persistent", py::arg("rules") = "en",
           "The cross-section check, as `steeldesign check --json`.");
     m.def("member", &member, py::arg("section"), py::arg("steel") = "S355", py::kw_only(), py::arg("N") = 0.0,

@@ -168,6 +168,7 @@ def test_the_index_of_the_input_is_kept():
     (lambda: sd.check("WI 300x200x0x10"), "tw"),
     (lambda: sd.check("IPE 300", N=float("nan")), "N"),
     (lambda: sd.check("IPE 300", gamma_m0=-1.0), "gamma_m0"),
+    (lambda: sd.check("IPE 300", gamma_m0=0.0), "gamma_m0: must be positive"),
     (lambda: sd.member("IPE 300", N=-100), "length"),
     (lambda: sd.member("IPE 300", N=-100, length=4, gamma_m1=0), "gamma_m1"),
     (lambda: sd.member("IPE 300", N=-100, length=4, moments_y=[1, 2]), "moments_y"),
@@ -235,3 +236,14 @@ def test_bad_rules_raise_value_error_naming_the_argument():
         sd.check("IPE 300", "S355", My=50, rules="EN")
     with pytest.raises(ValueError, match="rules"):
         sd.member_frame(example(), rules="lib")
+
+
+def test_frame_numbers_as_text_are_read_as_the_command_reads_them():
+    frame = example().iloc[:6].copy()
+    frame["N"] = frame["N"].astype(str).astype(object)
+    frame.loc[frame.index[3], "N"] = "0x10"
+    frame.loc[frame.index[4], "N"] = "+" + str(abs(example()["N"].iloc[4]))
+    out = sd.member_frame(frame)
+    assert out["status"].iloc[3] == "rejected"
+    assert out["message"].iloc[3] == "not a number: '0x10'"
+    assert out["status"].iloc[4] != "rejected"
