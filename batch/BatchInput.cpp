@@ -2,6 +2,7 @@
 
 #include "Parallel.h"
 
+#include <design/BucklingLengths.h>
 #include <design/NumberInput.h>
 
 #include <nlohmann/json.hpp>
@@ -268,16 +269,16 @@ void parseRow(const CellViews& cells, std::size_t line, BatchRow& out)
         row.Vy = r.requiredNumber(cVy);
         row.Vz = r.requiredNumber(cVz);
         row.length = r.requiredNumber(cLength);
-        if (row.length < 0.0) r.fail(cLength, "must not be negative");
+        if (const char* problem = design::lengthProblem(row.length)) r.fail(cLength, problem);
         row.lengthY = r.number(cLengthY);
         row.lengthZ = r.number(cLengthZ);
         row.lengthLT = r.number(cLengthLT);
         // Each value is read once and then checked, in the order of the columns above.
-        if (row.lengthY && *row.lengthY < 0.0) r.fail(cLengthY, "must not be negative");
-        if (row.lengthZ && *row.lengthZ < 0.0) r.fail(cLengthZ, "must not be negative");
-        if (row.lengthLT && *row.lengthLT < 0.0) r.fail(cLengthLT, "must not be negative");
+        if (const char* problem = row.lengthY ? design::lengthProblem(*row.lengthY) : nullptr) r.fail(cLengthY, problem);
+        if (const char* problem = row.lengthZ ? design::lengthProblem(*row.lengthZ) : nullptr) r.fail(cLengthZ, problem);
+        if (const char* problem = row.lengthLT ? design::lengthProblem(*row.lengthLT) : nullptr) r.fail(cLengthLT, problem);
         row.lengthT = r.number(cLengthT);
-        if (row.lengthT && *row.lengthT < 0.0) r.fail(cLengthT, "must not be negative");
+        if (const char* problem = row.lengthT ? design::lengthProblem(*row.lengthT) : nullptr) r.fail(cLengthT, problem);
         row.momentsY = {r.number(cMyStart).value_or(row.My), r.number(cMyMid).value_or(row.My),
                         r.number(cMyEnd).value_or(row.My)};
         row.momentsZ = {r.number(cMzStart).value_or(row.Mz), r.number(cMzMid).value_or(row.Mz),

@@ -11,6 +11,7 @@
 #include <design/DesignBasis.h>
 #include <design/InputError.h>
 #include <design/MemberInput.h>
+#include <design/NumberInput.h>
 #include <design/Rules.h>
 
 #include <optional>

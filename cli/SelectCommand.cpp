@@ -89,7 +89,7 @@ void run(const SelectOptions& o, CommandResult& result)
         throw InputError("--family: unknown family '" + o.family + "' (known: " + known + ")");
     }
     KaConstrSteel steel = o.steel.resolve();
-    if (o.gammaM0 && !(*o.gammaM0 > 0.0)) throw InputError("--gamma-m0: must be positive, got " + number(*o.gammaM0, 4));
+    if (o.gammaM0 && !(*o.gammaM0 > 0.0)) throw InputError("--gamma-m0: must be positive, got " + design::shortestText(*o.gammaM0));
     // Validates the member options once, on the first profile.
     std::vector<Candidate> candidates;
     for (const std::string& name : names) candidates.push_back({design::makeSection(name), {}});

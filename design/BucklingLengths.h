@@ -29,6 +29,18 @@ inline BucklingLengths resolveLengths(std::optional<double> length, std::optiona
     return l;
 }
 
+// The longest buckling or member length taken (m): beyond it a length is a typing error (mm for m), not a
+// member, and the slenderness would overflow the buckling curves' range of meaning.
+constexpr double maxMemberLength = 1000.0;
+
+// Why a length given by a user cannot be taken ("must not be negative", "must be at most 1000 m"), or null.
+inline const char* lengthProblem(double length)
+{
+    if (length < 0.0) return "must not be negative";
+    if (length > maxMemberLength) return "must be at most 1000 m";
+    return nullptr;
+}
+
 // True when the member is checked at all: some buckling length is positive.
 inline bool anyLength(const BucklingLengths& l) { return std::max({l.y, l.z, l.lateralTorsional}) > 0.0; }
 

@@ -1,5 +1,6 @@
 #include "CriticalMomentOptions.h"
 
+#include "BucklingLengths.h"
 #include "NumberInput.h"
 #include "TraceSheet.h"
 
@@ -53,7 +54,9 @@ void requirePosition(const std::string& option, double x, double length)
 
 CriticalMomentInput mcrInput(const McrOptions& o, const SDBSection& section)
 {
-    if (!(o.length > 0.0)) throw InputError("--length: must be positive, got " + tracetext::printed(o.length, 4));
+    if (!(o.length > 0.0)) throw InputError("--length: must be positive, got " + shortestText(o.length));
+    if (const char* problem = lengthProblem(o.length))
+        throw InputError(std::string("--length: ") + problem + ", got " + shortestText(o.length));
     if (o.elements < 4 || o.elements > 400) throw InputError("--elements: 4 to 400, got " + std::to_string(o.elements));
     if (o.cTheta < 0.0) throw InputError("--c-theta: must not be negative, got " + tracetext::printed(o.cTheta, 4));
     CriticalMomentInput in;

@@ -48,7 +48,13 @@ SteelDesign::ApplicationPoint parseLoadPoint(const std::string& text)
 
 void requireNonNegative(const char* option, double value)
 {
-    if (value < 0.0) throw InputError(std::string(option) + ": must not be negative, got " + tracetext::printed(value, 4));
+    if (value < 0.0) throw InputError(std::string(option) + ": must not be negative, got " + shortestText(value));
+}
+
+void requireLength(const char* option, std::optional<double> value)
+{
+    if (const char* problem = value ? lengthProblem(*value) : nullptr)
+        throw InputError(std::string(option) + ": " + problem + ", got " + shortestText(*value));
 }
 
 } // namespace
@@ -61,12 +67,12 @@ BucklingLengths MemberInput::lengths() const
 MemberRequest MemberInput::toRequest(SDBSection* section, KaConstrSteel* steel) const
 {
     standard.apply();
-    requireNonNegative("--length", length.value_or(0.0));
-    requireNonNegative("--lcr-y", lengthY.value_or(0.0));
-    requireNonNegative("--lcr-z", lengthZ.value_or(0.0));
-    requireNonNegative("--l-lt", lengthLT.value_or(0.0));
-    requireNonNegative("--lcr-t", lengthT.value_or(0.0));
-    if (!(gammaM1 > 0.0)) throw InputError("--gamma-m1: must be positive, got " + tracetext::printed(gammaM1, 4));
+    requireLength("--length", length);
+    requireLength("--lcr-y", lengthY);
+    requireLength("--lcr-z", lengthZ);
+    requireLength("--l-lt", lengthLT);
+    requireLength("--lcr-t", lengthT);
+    if (!(gammaM1 > 0.0)) throw InputError("--gamma-m1: must be positive, got " + shortestText(gammaM1));
     requireNonNegative("--mcr", mcr);
     requireNonNegative("--c-theta", cTheta);
     requireNonNegative("--shear-panel", shearPanel);

@@ -50,6 +50,13 @@ std::string numberProblemText(NumberProblem problem, std::string_view text)
     return "not a number: " + quoted;
 }
 
+std::string shortestText(double value)
+{
+    char buffer[32];
+    const auto [end, ec] = std::to_chars(buffer, buffer + sizeof buffer, value);
+    return ec == std::errc() ? std::string(buffer, end) : std::string("?");
+}
+
 double numberOf(std::string_view field, std::string_view text)
 {
     double value = 0.0;

@@ -25,6 +25,9 @@ NumberProblem readNumber(std::string_view text, double& value) noexcept;
 // "not a number: '5kN'", "not a finite number: 'inf'", "outside the range of a double: '1e400'".
 std::string numberProblemText(NumberProblem problem, std::string_view text);
 
+// A value back in the shortest text that reads as it (2000, 1e+18, -0.5), for messages about it.
+std::string shortestText(double value);
+
 // The value, or InputError "<field>: not a number: '<text>'" (and the other problems likewise).
 double numberOf(std::string_view field, std::string_view text);
 

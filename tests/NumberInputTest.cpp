@@ -175,3 +175,32 @@ TEST(NumberInput, PartialFactorsMustBePositive)
 }
 
 } // namespace
+
+namespace {
+
+// A length beyond 1000 m is a typing error (mm for m): refused with the limit in the message by the member
+// command, the critical-moment command and a batch row, never checked (1e18 m made lambda overflow).
+TEST(NumberInput, LengthsBeyondOneKilometreAreRefusedWithTheLimit)
+{
+    for (const char* arguments : {"member \"IPE 300\" --length 1e18 --My 10", "member \"IPE 300\" --lcr-z 3000 --length 3 --N -10",
+                                  "mcr \"IPE 300\" --length 2000 --moments-y 1,1,1"}) {
+        const CommandRun r = runSteeldesign(arguments);
+        EXPECT_EQ(r.exitCode, 2) << arguments;
+        EXPECT_NE(r.output.find("must be at most 1000 m, got"), std::string::npos) << r.output;
+    }
+    EXPECT_EQ(runSteeldesign("member \"IPE 300\" --length 1000 --N -1").exitCode, 1) << "1000 m itself is a length";
+    const std::string dir = ::testing::TempDir() + "/steeldesign_lengths_" + std::to_string(getpid());
+    std::filesystem::create_directories(dir);
+    {
+        std::ofstream(dir + "/rows.csv") << "id,section,steel,N,My,Mz,Mt,Vy,Vz,length,lengthT\n"
+                                            "a,IPE 300,S355,-10,0,0,0,0,0,3000,\n"
+                                            "b,IPE 300,S355,-10,0,0,0,0,0,3,1e9\n";
+    }
+    const CommandRun b = runSteeldesign("batch " + dir + "/rows.csv --format csv");
+    EXPECT_EQ(b.exitCode, 2);
+    EXPECT_NE(b.output.find("field length: must be at most 1000 m"), std::string::npos) << b.output;
+    EXPECT_NE(b.output.find("field lengthT: must be at most 1000 m"), std::string::npos) << b.output;
+    std::filesystem::remove_all(dir);
+}
+
+} // namespace
