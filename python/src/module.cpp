@@ -4,11 +4,11 @@
 
 #include <batch/BatchInput.h>
 #include <batch/BatchRun.h>
-#include <batch/NumberText.h>
 #include <report/ResultJson.h>
 
 #include <design/DesignBasis.h>
 #include <design/InputError.h>
+#include <design/NumberInput.h>
 #include <design/MemberInput.h>
 #include <design/Rules.h>
 #include <design/SectionNotation.h>
@@ -24,7 +24,6 @@
 #include <pybind11/pybind11.h>
 #include <pybind11/stl.h>
 
-#include <charconv>
 #include <deque>
 #include <cmath>
 #include <optional>
@@ -75,14 +74,6 @@ std::optional<double> finite(const char* name, const std::optional<double>& valu
     return value;
 }
 
-// The shortest text that reads back as the same double.
-std::string exact(double value)
-{
-    char buffer[32];
-    const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
-    return std::string(buffer, result.ptr);
-}
-
 design::ForceInput forcesOf(double N, double My, double Mz, double Mt, double Vy, double Vz)
 {
     design::ForceInput f;
@@ -106,7 +97,7 @@ py::object check(const std::string& name, const std::string& steelGrade, double 
     KaConstrSteel steel = design::steelByName(steelGrade);
     design::applyStandard(mode, situation);
     if (gammaM0 && !(finite("gamma_m0", *gammaM0) > 0.0))
-        throw py::value_error("gamma_m0: must be positive, got " + exact(*gammaM0));
+        throw py::value_error("gamma_m0: must be positive, got " + design::shortestText(*gammaM0));
     const design::CrossSectionRequest request{section.get(), &steel, forcesOf(N, My, Mz, Mt, Vy, Vz).toForces(),
                                               gammaM0.value_or(0.0), elastic};
     const design::CrossSectionOutcome outcome = design::evaluateCrossSection(request);
@@ -122,7 +113,7 @@ std::string momentsText(const char* name, const std::optional<std::vector<double
     std::string text;
     for (double v : *values) {
         if (!text.empty()) text += ',';
-        text += exact(finite(name, v));
+        text += design::shortestText(finite(name, v));
     }
     return text;
 }
@@ -148,7 +139,7 @@ py::object member(const std::string& name, const std::string& steelGrade, double
     o.lengthZ = finite("lcr_z", lcrZ);
     o.lengthLT = finite("l_lt", lLT);
     o.lengthT = finite("lcr_t", lcrT);
-    if (o.lengthT && *o.lengthT < 0.0) throw py::value_error("lcr_t: must not be negative, got " + exact(*o.lengthT));
+    if (o.lengthT && *o.lengthT < 0.0) throw py::value_error("lcr_t: must not be negative, got " + design::shortestText(*o.lengthT));
     o.gammaM1 = finite("gamma_m1", gammaM1);
     o.momentsY = momentsText("moments_y", momentsY);
     o.momentsZ = momentsText("moments_z", momentsZ);
@@ -179,9 +170,9 @@ std::string pairsText(const char* name, const std::vector<std::pair<double, doub
     std::string text;
     for (const auto& [x, v] : pairs) {
         if (!text.empty()) text += ',';
-        text += exact(finite(name, x));
+        text += design::shortestText(finite(name, x));
         text += ':';
-        text += exact(finite(name, v));
+        text += design::shortestText(finite(name, v));
     }
     return text;
 }
@@ -203,7 +194,7 @@ py::object mcr(const std::string& name, double length, const std::optional<std::
     o.lateralRestraints = lateralRestraints;
     for (double x : torsionalRestraints) o.torsionalRestraints.push_back(finite("torsional_restraints", x));
     o.loadHeight = py::isinstance<py::str>(loadHeight) ? loadHeight.cast<std::string>()
-                                                       : exact(finite("load_height", loadHeight.cast<double>()));
+                                                       : design::shortestText(finite("load_height", loadHeight.cast<double>()));
     o.start = start;
     o.end = end;
     o.cTheta = finite("c_theta", cTheta);
@@ -257,7 +248,7 @@ public:
                     const double v = item.cast<double>();
                     if (std::isnan(v)) continue;
                     // The text lives as long as the column: a view of a temporary would dangle.
-                    owned_.push_back(exact(v));
+                    owned_.push_back(design::shortestText(v));
                     texts_[i] = owned_.back();
                 } else if (py::isinstance<py::str>(item)) {
                     Py_ssize_t length = 0;
@@ -284,7 +275,7 @@ public:
     {
         if (kind_ == Kind::Numbers) {
             const double v = numbers_.data()[row];
-            if (!std::isnan(v)) out += exact(v);
+            if (!std::isnan(v)) out += design::shortestText(v);
         } else if (kind_ == Kind::Flags) {
             out += flags_.data()[row] ? "true" : "false";
         } else if (present_[row]) {
@@ -353,40 +344,34 @@ void runBatchText(std::string text, unsigned jobs, design::Rules rules, Take tak
     }
 }
 
-// A number as the batch's CSV holds it (six significant digits, printf's %g) and read back.
-double asWritten(double value)
-{
-    if (!std::isfinite(value)) return value;
-    std::string text;
-    batch::appendGeneral6(text, value);
-    double back = 0.0;
-    std::from_chars(text.data(), text.data() + text.size(), back);
-    return back;
-}
-
-// The result columns of the batch's CSV output (without `line`) as NumPy arrays, the same values that the
-// CSV read back gives: numbers as float64 (NaN for an empty cell), texts as objects (NaN for an empty
-// cell), `fulfilled` as two bool arrays (values and missing).
+// The result columns of the batch (without `line`) as NumPy arrays, the values exactly as the batch's
+// JSON Lines hold them (full double precision): utilizations float64 (NaN where none), the class and the
+// error codes int64 with a mask of the missing, `fulfilled` bool with its mask, texts as objects (str, or
+// pd.NA where empty), for pandas' nullable dtypes (Int64, boolean, string) without conversion of values.
 // The last number column is the other rules' governing utilization: enUtilization under the library's
 // rules, libraryUtilization under EN rules.
 py::dict evaluateColumnsToArrays(const py::dict& columns, std::size_t rows, unsigned jobs, const std::string& rulesName)
 {
     const design::Rules rules = design::rulesByName(rulesName);
+    static const char* const codeNames[] = {"class", "errorCode", "memberErrorCode", "shearBucklingErrorCode"};
     static const char* const numberNames[] = {
-        "class", "errorCode", "memberErrorCode", "shearBucklingErrorCode", "Axial", "Torsion", "Bending", "Shear",
-        "AxialBending", "ShearBending", "AxialShearBending", "memberCompression", "memberBending",
-        "memberCompressionBending", "memberShearBuckling", "governingUtilization", "enUtilization"};
+        "Axial", "Torsion", "Bending", "Shear", "AxialBending", "ShearBending", "AxialShearBending",
+        "memberCompression", "memberBending", "memberCompressionBending", "memberShearBuckling",
+        "governingUtilization", "enUtilization"};
     static const char* const textNames[] = {"id", "status", "section", "steel", "governing", "verdict", "reason",
                                             "departures", "field", "message"};
-    constexpr std::size_t numberCount = std::size(numberNames), textCount = std::size(textNames);
+    constexpr std::size_t codeCount = std::size(codeNames), numberCount = std::size(numberNames),
+                          textCount = std::size(textNames);
     std::string text = batchText(columns, rows);
 
+    std::vector<std::vector<std::int64_t>> codes(codeCount, std::vector<std::int64_t>(rows, 0));
+    std::vector<std::uint8_t> codesMissing(rows, 1);  // the same rows for every code: the rejected ones
     std::vector<std::vector<double>> numbers(numberCount, std::vector<double>(rows, std::nan("")));
     // Texts as indices into a table of distinct strings (0: empty), made into Python strings once.
     std::vector<std::vector<std::uint32_t>> texts(textCount, std::vector<std::uint32_t>(rows, 0));
     std::vector<std::string> table{""};
     std::unordered_map<std::string, std::uint32_t> indexOf{{"", 0}};
-    std::vector<std::uint8_t> fulfilled(rows, 0), missing(rows, 1);
+    std::vector<std::uint8_t> fulfilled(rows, 0);
     std::vector<std::string> ids(rows);
     {
         py::gil_scoped_release release;
@@ -412,31 +397,34 @@ py::dict evaluateColumnsToArrays(const py::dict& columns, std::size_t rows, unsi
                 texts[5][i] = intern(design::toString(r.verdict));
                 if (r.limitations != 0) texts[6][i] = intern(design::describeAll(r.limitations));
                 if (r.departures != 0) texts[7][i] = intern(design::departureNames(r.departures));
-                const int codes[] = {r.sectionClass, r.errorCode, r.memberErrorCode, r.shearBucklingErrorCode};
-                for (std::size_t c = 0; c < 4; ++c) numbers[c][i] = codes[c];
+                const int values[] = {r.sectionClass, r.errorCode, r.memberErrorCode, r.shearBucklingErrorCode};
+                for (std::size_t c = 0; c < codeCount; ++c) codes[c][i] = values[c];
+                codesMissing[i] = 0;
                 for (std::size_t c = 0; c < 7; ++c)
-                    if (r.crossSection[c]) numbers[4 + c][i] = asWritten(r.crossSection[c].value());
+                    if (r.crossSection[c]) numbers[c][i] = r.crossSection[c].value();
                 for (std::size_t c = 0; c < 4; ++c)
-                    if (r.member[c]) numbers[11 + c][i] = asWritten(r.member[c].value());
-                if (!r.governing.empty()) numbers[15][i] = asWritten(r.governingUtilization);
+                    if (r.member[c]) numbers[7 + c][i] = r.member[c].value();
+                if (!r.governing.empty()) numbers[11][i] = r.governingUtilization;
                 const kat::Nullable<double>& other = rules == design::Rules::En ? r.libraryGoverning : r.enGoverning;
-                if (other) numbers[16][i] = asWritten(other.value());
+                if (other) numbers[12][i] = other.value();
                 fulfilled[i] = r.fulfilled;
-                missing[i] = 0;
             }
         });
     }
+    const auto n = static_cast<py::ssize_t>(rows);
     py::dict out;
+    for (std::size_t c = 0; c < codeCount; ++c) out[codeNames[c]] = py::array_t<std::int64_t>(n, codes[c].data());
+    out["codesMissing"] = py::array_t<bool>(n, reinterpret_cast<const bool*>(codesMissing.data()));
     for (std::size_t c = 0; c < numberCount; ++c) {
         const char* name = c == numberCount - 1 && rules == design::Rules::En ? "libraryUtilization" : numberNames[c];
-        out[name] = py::array_t<double>(static_cast<py::ssize_t>(rows), numbers[c].data());
+        out[name] = py::array_t<double>(n, numbers[c].data());
     }
     std::vector<py::object> strings;
     strings.reserve(table.size());
-    const py::object nan = py::float_(std::nan(""));
-    for (const std::string& s : table) strings.push_back(s.empty() ? nan : py::str(s));
+    const py::object na = py::module_::import("pandas").attr("NA");
+    for (const std::string& s : table) strings.push_back(s.empty() ? na : py::str(s));
     for (std::size_t c = 0; c < textCount; ++c) {
-        py::array column(py::dtype("O"), std::vector<py::ssize_t>{static_cast<py::ssize_t>(rows)});
+        py::array column(py::dtype("O"), std::vector<py::ssize_t>{n});
         auto* cells = static_cast<PyObject**>(column.mutable_data());
         for (std::size_t i = 0; i < rows; ++i) {
             PyObject* item = nullptr;
@@ -452,8 +440,8 @@ py::dict evaluateColumnsToArrays(const py::dict& columns, std::size_t rows, unsi
         }
         out[textNames[c]] = column;
     }
-    out["fulfilled"] = py::array_t<bool>(static_cast<py::ssize_t>(rows), reinterpret_cast<const bool*>(fulfilled.data()));
-    out["fulfilledMissing"] = py::array_t<bool>(static_cast<py::ssize_t>(rows), reinterpret_cast<const bool*>(missing.data()));
+    out["fulfilled"] = py::array_t<bool>(n, reinterpret_cast<const bool*>(fulfilled.data()));
+    out["fulfilledMissing"] = py::array_t<bool>(n, reinterpret_cast<const bool*>(codesMissing.data()));
     return out;
 }
 

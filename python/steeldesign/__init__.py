@@ -12,6 +12,7 @@ frame a bad row is a rejected row with its field and message, as in `steeldesign
 """
 
 import io
+import json
 
 import numpy as np
 import pandas as pd
@@ -105,12 +106,15 @@ def mcr(section, **kwargs):
     return Result("mcr", _core.mcr(section, **kwargs))
 
 
-# The columns of the batch's output, with the dtype each has in a result frame. `line` (the input line)
-# is left out: a frame's rows keep the input frame's index instead.
-_TEXT = object
+# The columns of the batch's output, with the dtype each has in a result frame: pandas' nullable dtypes,
+# so that a missing value (a rejected row, a check that did not run) is <NA>, never a number. `line` (the
+# input line) is left out: a frame's rows keep the input frame's index instead. Utilizations are float64
+# (NaN where a check did not run), exactly the batch's values (its JSON Lines, to the last bit).
+_TEXT = "string"
+_CODE = "Int64"
 RESULT_COLUMNS = {
     "id": _TEXT, "status": _TEXT, "section": _TEXT, "steel": _TEXT,
-    "class": "float64", "errorCode": "float64", "memberErrorCode": "float64", "shearBucklingErrorCode": "float64",
+    "class": _CODE, "errorCode": _CODE, "memberErrorCode": _CODE, "shearBucklingErrorCode": _CODE,
     "Axial": "float64", "Torsion": "float64", "Bending": "float64", "Shear": "float64",
     "AxialBending": "float64", "ShearBending": "float64", "AxialShearBending": "float64",
     "memberCompression": "float64", "memberBending": "float64", "memberCompressionBending": "float64",
@@ -118,6 +122,8 @@ RESULT_COLUMNS = {
     "fulfilled": "boolean", "verdict": _TEXT, "reason": _TEXT, "enUtilization": "float64",
     "departures": _TEXT, "field": _TEXT, "message": _TEXT,
 }
+_UTILIZATIONS = ("Axial", "Torsion", "Bending", "Shear", "AxialBending", "ShearBending", "AxialShearBending",
+                 "memberCompression", "memberBending", "memberCompressionBending", "memberShearBuckling")
 
 
 def result_columns(rules="en"):
@@ -134,14 +140,50 @@ def _check_rules(rules):
         raise ValueError(f"rules: unknown rules {rules!r} (allowed: en, library)")
 
 
-def read_results(text):
-    """A result frame from the batch's CSV output (text or a file), with the dtypes of RESULT_COLUMNS."""
-    source = io.StringIO(text) if isinstance(text, str) else text
-    dtypes = {name: (str if kind is _TEXT else kind) for name, kind in RESULT_COLUMNS.items()}
-    dtypes["libraryUtilization"] = "float64"
-    dtypes["line"] = "int64"
-    frame = pd.read_csv(source, dtype=dtypes, keep_default_na=False, na_values=[""], float_precision="round_trip")
+def _typed(frame):
+    """The columns of a frame read from the batch's output in the dtypes of a result frame."""
+    for name, kind in RESULT_COLUMNS.items():
+        for column in ((name, "libraryUtilization") if name == "enUtilization" else (name,)):
+            if column in frame.columns:
+                frame[column] = frame[column].astype(kind)
+    if "line" in frame.columns:
+        frame["line"] = frame["line"].astype("int64")
     return frame
+
+
+def read_results(text):
+    """A result frame from the batch's output (text or a file): JSON Lines (full precision, as the batch
+    computed it) or CSV (six significant digits), in the dtypes of RESULT_COLUMNS and with `line`."""
+    if not isinstance(text, str):
+        text = text.read()
+    if text.lstrip().startswith("{"):
+        rows = []
+        for line in text.splitlines():
+            if not line.strip():
+                continue
+            row = json.loads(line)
+            flat = {key: value for key, value in row.items() if key != "utilizations"}
+            flat["reason"] = flat.pop("notVerified", None)
+            for name in _UTILIZATIONS:
+                flat[name] = (row.get("utilizations") or {}).get(name)
+            rows.append(flat)
+        frame = pd.DataFrame.from_records(rows)
+        other = "libraryUtilization" if "libraryUtilization" in frame.columns else "enUtilization"
+        order = ["id", "line"] + [c for c in result_columns("library" if other == "enUtilization" else "en")
+                                  if c != "id"]
+        for column in order:
+            if column not in frame.columns:
+                frame[column] = None
+        frame = frame[order]
+        for name in _UTILIZATIONS + ("governingUtilization", other):
+            frame[name] = pd.to_numeric(frame[name], errors="coerce").astype("float64")
+        return _typed(frame)
+    frame = pd.read_csv(io.StringIO(text), dtype=str, keep_default_na=False, na_values=[""])
+    for column in frame.columns:
+        if RESULT_COLUMNS.get(column, _TEXT if column != "libraryUtilization" else "float64") == "float64":
+            frame[column] = pd.to_numeric(frame[column]).astype("float64")
+    frame["fulfilled"] = frame["fulfilled"].map({"true": True, "false": False})
+    return _typed(frame)
 
 
 def _frame(df, jobs, member_checks, rules):
@@ -162,6 +204,10 @@ def _frame(df, jobs, member_checks, rules):
     for name, kind in result_columns(rules).items():
         if name == "fulfilled":
             data[name] = pd.arrays.BooleanArray(arrays["fulfilled"], arrays["fulfilledMissing"])
+        elif kind == _CODE:
+            data[name] = pd.arrays.IntegerArray(arrays[name], arrays["codesMissing"])
+        elif kind == _TEXT:
+            data[name] = pd.arrays.StringArray(arrays[name])
         else:
             data[name] = arrays[name]
     return pd.DataFrame(data, index=df.index)
