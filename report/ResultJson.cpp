@@ -365,6 +365,69 @@ nlohmann::json memberJson(const SDBSection& section, const KaConstrSteel& steel,
     return out;
 }
 
+namespace {
+
+// As utilizationValue: a finite value, else null.
+std::optional<double> finiteValue(const kat::Nullable<double>& u)
+{
+    return u.hasValue() && std::isfinite(u.value()) ? std::optional<double>(u.value()) : std::nullopt;
+}
+
+// The rules' part of the summary, as ruledJson sets it; the library's own values come in library.
+ResultSummary ruledSummary(ResultSummary library, const design::RuledResult& result)
+{
+    const bool en = result.rules == design::Rules::En;
+    const int governing = design::governingOf(result.checks, result.rules);
+    if (governing >= 0) {
+        const design::CheckPair& c = result.checks[static_cast<std::size_t>(governing)];
+        library.governing = c.name;
+        library.governingUtilization = finiteValue(en ? c.en : c.library);
+    }
+    if (!en) return library;
+    library.sectionClass = result.enClass;
+    library.verdict = design::toString(result.enVerdict);
+    library.notVerified.reset();
+    if (result.enLimitations) library.notVerified = design::describeAll(result.enLimitations);
+    library.utilizations.clear();
+    for (const design::CheckPair& c : result.checks) library.utilizations.emplace_back(c.name, finiteValue(c.en));
+    return library;
+}
+
+}
+
+ResultSummary checkSummary(const design::CrossSectionRequest& request, const design::CrossSectionOutcome& outcome,
+                           design::Rules rules)
+{
+    ResultSummary s;
+    s.verdict = design::toString(outcome.verdict);
+    s.sectionClass = outcome.initializer.getClass();
+    if (outcome.limitations) s.notVerified = design::describeAll(outcome.limitations);
+    if (rules != design::Rules::En) {
+        for (int t = 0; t < R::utilizationTypeCount; ++t) {
+            const kat::Nullable<double> u = outcome.results.getUtilization(static_cast<R::UtilizationType>(t));
+            s.utilizations.emplace_back(R::nameOf(static_cast<R::UtilizationType>(t)),
+                                        u.hasValue() ? std::optional<double>(u.value()) : std::nullopt);
+        }
+    }
+    return ruledSummary(std::move(s), design::crossSectionRuled(request, outcome, rules, false));
+}
+
+ResultSummary memberSummary(const design::MemberRequest& request, const design::MemberOutcome& outcome,
+                            design::Rules rules)
+{
+    const MemberShown shown(outcome);
+    ResultSummary s;
+    s.verdict = shown.notApplicable ? "not applicable" : design::toString(outcome.verdict);
+    s.sectionClass = outcome.results.getClass();
+    if (outcome.limitations) s.notVerified = design::describeAll(outcome.limitations);
+    if (rules != design::Rules::En)
+        for (U type : memberTypes) s.utilizations.emplace_back(toString(type), finiteValue(shown.utilization(type)));
+    const design::MemberRuled m = design::memberRuled(request, outcome, rules, false);
+    s = ruledSummary(std::move(s), m.ruled);
+    if (rules == design::Rules::En && m.notApplicable) s.verdict = "not applicable";
+    return s;
+}
+
 nlohmann::json mcrJson(const SDBSection& section, double length, const design::CriticalMomentResult& r)
 {
     nlohmann::json shape = nlohmann::json::array();

@@ -18,8 +18,10 @@
 
 #include <nlohmann/json.hpp>
 
+#include <optional>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 class SDBSection;
@@ -88,6 +90,23 @@ nlohmann::json memberJson(const SDBSection& section, const KaConstrSteel& steel,
 nlohmann::json memberJson(const SDBSection& section, const KaConstrSteel& steel, const design::MemberRequest& request,
                           const design::MemberOutcome& outcome, const design::Departures& departures,
                           design::Rules rules);
+
+// The headline of a check or member result under the rules, the values its JSON document holds under the
+// same keys ("verdict", "governing", "governingUtilization", "class", "notVerified", "utilizations"),
+// without the document or the trace: what a caller reads first, cheaply. An empty optional is the JSON's
+// null; a utilization may be non-finite where the document holds it so.
+struct ResultSummary {
+    std::string verdict;
+    std::optional<std::string> governing;
+    std::optional<double> governingUtilization;
+    int sectionClass = 0;
+    std::optional<std::string> notVerified;
+    std::vector<std::pair<std::string, std::optional<double>>> utilizations;
+};
+ResultSummary checkSummary(const design::CrossSectionRequest& request, const design::CrossSectionOutcome& outcome,
+                           design::Rules rules);
+ResultSummary memberSummary(const design::MemberRequest& request, const design::MemberOutcome& outcome,
+                            design::Rules rules);
 
 // The elastic critical moment of `mcr --json` (InputError for bad options).
 nlohmann::json mcrJson(const design::McrOptions& options);

@@ -26,7 +26,9 @@
 
 #include <deque>
 #include <cmath>
+#include <memory>
 #include <optional>
+#include <type_traits>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -88,20 +90,92 @@ design::ForceInput forcesOf(double N, double My, double Mz, double Mt, double Vy
 
 py::object section(const std::string& name) { return toPython(report::sectionJson(*design::resolveSection(name))); }
 
-py::object check(const std::string& name, const std::string& steelGrade, double N, double My, double Mz, double Mt,
-                 double Vy, double Vz, std::optional<double> gammaM0, bool elastic, const std::string& mode,
-                 const std::string& situation, const std::string& rulesName)
+// A section by the name the caller gave, kept per thread for the few names met last: a loop of checks
+// names the same handful (a section is never changed by a check).
+std::shared_ptr<SDBSection> sectionNamed(const std::string& name)
 {
-    const design::Rules rules = design::rulesByName(rulesName);
-    auto section = design::resolveSection(name);
-    KaConstrSteel steel = design::steelByName(steelGrade);
+    thread_local std::deque<std::pair<std::string, std::shared_ptr<SDBSection>>> recent;
+    for (const auto& [known, section] : recent)
+        if (known == name) return section;
+    std::shared_ptr<SDBSection> section = design::resolveSection(name);
+    if (recent.size() >= 16) recent.pop_back();
+    recent.emplace_front(name, section);
+    return section;
+}
+
+// What a check or member result shares: its section, steel, standard and rules, the headline read on
+// demand (report::ResultSummary) and the JSON document made once, when asked.
+struct ResultCore {
+    ResultCore(std::shared_ptr<SDBSection> s, KaConstrSteel grade, std::string m, std::string sit, design::Rules r)
+        : section(std::move(s)), steel(std::move(grade)), mode(std::move(m)), situation(std::move(sit)), rules(r)
+    {
+    }
+    std::shared_ptr<SDBSection> section;
+    KaConstrSteel steel;
+    std::string mode, situation;
+    design::Rules rules;
+    report::ResultSummary summary;
+    py::object document;
+
+    py::object optionalNumber(const std::optional<double>& v) const { return v ? py::object(py::float_(*v)) : py::none(); }
+    py::object optionalText(const std::optional<std::string>& v) const { return v ? py::object(py::str(*v)) : py::none(); }
+    py::dict utilizations() const
+    {
+        py::dict out;
+        for (const auto& [name, value] : summary.utilizations) out[py::str(name)] = optionalNumber(value);
+        return out;
+    }
+};
+
+// The cross-section check's result; the document of `check --json` only when to_dict() asks for it.
+struct CheckResult : ResultCore {
+    using ResultCore::ResultCore;
+    design::CrossSectionRequest request{};
+    std::optional<design::CrossSectionOutcome> outcome;
+
+    py::object toDict()
+    {
+        if (!document) {
+            design::applyStandard(mode, situation);
+            document = toPython(report::checkJson(*section, steel, request, *outcome,
+                                                  design::findDepartures(request, *outcome), rules));
+        }
+        return document;
+    }
+};
+
+// The member checks' result; the document of `member --json` only when to_dict() asks for it.
+struct MemberResult : ResultCore {
+    using ResultCore::ResultCore;
+    design::MemberRequest request{};
+    std::optional<design::MemberOutcome> outcome;
+
+    py::object toDict()
+    {
+        if (!document) {
+            design::applyStandard(mode, situation);
+            document = toPython(report::memberJson(*section, steel, request, *outcome,
+                                                   design::findDepartures(request, *outcome), rules));
+        }
+        return document;
+    }
+};
+
+std::unique_ptr<CheckResult> check(const std::string& name, const std::string& steelGrade, double N, double My,
+                                   double Mz, double Mt, double Vy, double Vz, std::optional<double> gammaM0,
+                                   bool elastic, const std::string& mode, const std::string& situation,
+                                   const std::string& rulesName)
+{
+    auto r = std::make_unique<CheckResult>(sectionNamed(name), design::steelByName(steelGrade), mode, situation,
+                                           design::rulesByName(rulesName));
     design::applyStandard(mode, situation);
     if (gammaM0 && !(finite("gamma_m0", *gammaM0) > 0.0))
         throw py::value_error("gamma_m0: must be positive, got " + design::shortestText(*gammaM0));
-    const design::CrossSectionRequest request{section.get(), &steel, forcesOf(N, My, Mz, Mt, Vy, Vz).toForces(),
-                                              gammaM0.value_or(0.0), elastic};
-    const design::CrossSectionOutcome outcome = design::evaluateCrossSection(request);
-    return toPython(report::checkJson(*section, steel, request, outcome, design::findDepartures(request, outcome), rules));
+    r->request = design::CrossSectionRequest{r->section.get(), &r->steel, forcesOf(N, My, Mz, Mt, Vy, Vz).toForces(),
+                                             gammaM0.value_or(0.0), elastic};
+    r->outcome.emplace(design::evaluateCrossSection(r->request));
+    r->summary = report::checkSummary(r->request, *r->outcome, r->rules);
+    return r;
 }
 
 std::string momentsText(const char* name, const std::optional<std::vector<double>>& values)
@@ -118,7 +192,7 @@ std::string momentsText(const char* name, const std::optional<std::vector<double
     return text;
 }
 
-py::object member(const std::string& name, const std::string& steelGrade, double N, double My, double Mz, double Mt,
+std::unique_ptr<MemberResult> member(const std::string& name, const std::string& steelGrade, double N, double My, double Mz, double Mt,
                   double Vy, double Vz, std::optional<double> length, std::optional<double> lcrY,
                   std::optional<double> lcrZ, std::optional<double> lLT, std::optional<double> lcrT, double gammaM1,
                   const std::optional<std::vector<double>>& momentsY, const std::string& diagramY,
@@ -128,9 +202,8 @@ py::object member(const std::string& name, const std::string& steelGrade, double
                   bool torsionallyDeformable, bool twistRestrained, bool cmFloor, const std::string& mode,
                   const std::string& situation, const std::string& rulesName)
 {
-    const design::Rules rules = design::rulesByName(rulesName);
-    auto section = design::resolveSection(name);
-    KaConstrSteel steel = design::steelByName(steelGrade);
+    auto r = std::make_unique<MemberResult>(sectionNamed(name), design::steelByName(steelGrade), mode, situation,
+                                            design::rulesByName(rulesName));
     design::MemberInput o;
     o.forces = forcesOf(N, My, Mz, Mt, Vy, Vz);
     o.standard = design::StandardInput{mode, situation};
@@ -158,10 +231,10 @@ py::object member(const std::string& name, const std::string& steelGrade, double
     o.cmFloor = cmFloor;
     if (!o.memberChecked())
         throw py::value_error("length: a positive buckling length is needed (length, or lcr_y / lcr_z / l_lt)");
-    const design::MemberRequest request = o.toRequest(section.get(), &steel);
-    const design::MemberOutcome outcome = design::evaluateMember(request);
-    return toPython(
-        report::memberJson(*section, steel, request, outcome, design::findDepartures(request, outcome), rules));
+    r->request = o.toRequest(r->section.get(), &r->steel);
+    r->outcome.emplace(design::evaluateMember(r->request));
+    r->summary = report::memberSummary(r->request, *r->outcome, r->rules);
+    return r;
 }
 
 // Pairs (x, value) as "x:value,x:value" (or one pair per item of the list).
@@ -465,6 +538,31 @@ PYBIND11_MODULE(_core, m)
             inputError(message.c_str());
         }
     });
+
+    auto headline = [](auto& cls) {
+        using T = typename std::remove_reference_t<decltype(cls)>::type;
+        cls.def_property_readonly("verdict", [](const T& r) { return r.summary.verdict; },
+                                  "fulfilled, not fulfilled, not verified (or not applicable: no member check)")
+            .def_property_readonly("governing", [](const T& r) { return r.optionalText(r.summary.governing); },
+                                   "the check with the largest utilization under the rules (None: none)")
+            .def_property_readonly("governing_utilization",
+                                   [](const T& r) { return r.optionalNumber(r.summary.governingUtilization); },
+                                   "its utilization (None: none computed)")
+            .def_property_readonly("utilizations", [](const T& r) { return r.utilizations(); },
+                                   "utilization of each check under the rules (None: not computed)")
+            .def_property_readonly("section_class", [](const T& r) { return r.summary.sectionClass; },
+                                   "cross-section class under the rules (1 to 4)")
+            .def_property_readonly("not_verified", [](const T& r) { return r.optionalText(r.summary.notVerified); },
+                                   "why something was not verified (None: everything was)")
+            .def_property_readonly("rules", [](const T& r) { return std::string(design::toString(r.rules)); })
+            .def_property_readonly("section_name", [](const T& r) { return r.section->getName(); })
+            .def_property_readonly("steel_name", [](const T& r) { return std::string(r.steel.getName()); })
+            .def("to_dict", &T::toDict, "every value of the command's --json document (made on the first call)");
+    };
+    py::class_<CheckResult> checkResult(m, "CheckResult", "The result of a cross-section check (EN 1993-1-1 6.2).");
+    headline(checkResult);
+    py::class_<MemberResult> memberResult(m, "MemberResult", "The result of the member checks (EN 1993-1-1 6.3).");
+    headline(memberResult);
 
     m.def("section", &section, py::arg("name"), "Dimensions and properties of a section (m, m2, m4, m6).");
     m.def("check", &check, py::arg("section"), py::arg("steel") = "S355", py::kw_only(), py::arg("N") = 0.0,

@@ -25,13 +25,59 @@ __all__ = ["section", "check", "member", "mcr", "check_frame", "member_frame", "
 
 
 class Result:
-    """The result of a check: every value of the command's JSON, as attributes and as a dict."""
+    """The result of a check. verdict, governing, governing_utilization, utilizations, section_class and
+    not_verified are read from the C++ result at once; every other value of the command's JSON (NRd,
+    Mcr, chi, the trace, ...) is an attribute or an item too, and to_dict() gives the whole document,
+    made on the first such access."""
+
+    __slots__ = ("_kind", "_core", "_document")
 
     def __init__(self, kind, values):
         self._kind = kind
-        self._values = values
+        if isinstance(values, dict):  # a document already (mcr)
+            self._core, self._document = None, values
+        else:
+            self._core, self._document = values, None
+
+    @property
+    def _values(self):
+        if self._document is None:
+            self._document = self._core.to_dict()
+        return self._document
+
+    @property
+    def verdict(self):
+        """fulfilled, not fulfilled, not verified (a member check: also not applicable)."""
+        return self._core.verdict if self._core is not None else self._values.get("verdict")
+
+    @property
+    def governing(self):
+        """The check with the largest utilization under the rules (None: none)."""
+        return self._core.governing if self._core is not None else self._values.get("governing")
+
+    @property
+    def governing_utilization(self):
+        """Its utilization (None: none computed)."""
+        return self._core.governing_utilization if self._core is not None else self._values.get("governingUtilization")
+
+    @property
+    def utilizations(self):
+        """The utilization of each check under the rules (None: not computed), as the JSON's "utilizations"."""
+        return self._core.utilizations if self._core is not None else self._values.get("utilizations")
+
+    @property
+    def section_class(self):
+        """The cross-section class under the rules (1 to 4)."""
+        return self._core.section_class if self._core is not None else self._values.get("class")
+
+    @property
+    def not_verified(self):
+        """Why something was not verified (None: everything was)."""
+        return self._core.not_verified if self._core is not None else self._values.get("notVerified")
 
     def __getattr__(self, name):
+        if name.startswith("__"):
+            raise AttributeError(name)
         try:
             return self._values[name]
         except KeyError:
@@ -41,6 +87,7 @@ class Result:
         return self._values[name]
 
     def to_dict(self):
+        """Every value of the command's --json document (SI units: m, kN, kNm, kN/m2)."""
         return dict(self._values)
 
     def trace_text(self):
@@ -62,22 +109,18 @@ class Result:
         return isinstance(other, Result) and self._values == other._values
 
     def __repr__(self):
+        if self._kind != "mcr":
+            text = f"<{self._kind} {self._core.section_name} {self._core.steel_name}: {self.verdict}"
+            if self.governing is not None and self.governing_utilization is not None:
+                text += f", governing {self.governing} {self.governing_utilization:.3f}"
+            if self.not_verified:
+                text += f" (not verified: {self.not_verified})"
+            return text + ">"
         v = self._values
-        if self._kind == "mcr":
-            if v.get("Mcr") is None:
-                return f"<mcr {v.get('section')} L={v.get('length')} m: none found ({v.get('reason')})>"
-            c1 = f", C1 = {v['C1']:.3f}" if v.get("C1") is not None else ""
-            return f"<mcr {v.get('section')} L={v.get('length')} m: Mcr = {v['Mcr']:.2f} kNm{c1}>"
-        governing = None
-        utilizations = {k: u for k, u in (v.get("utilizations") or {}).items() if isinstance(u, (int, float))}
-        if utilizations:
-            governing = max(utilizations, key=utilizations.get)
-        text = f"<{self._kind} {v.get('section')} {v.get('steel')}: {v.get('verdict')}"
-        if governing is not None:
-            text += f", governing {governing} {utilizations[governing]:.3f}"
-        if v.get("notVerified"):
-            text += f" (not verified: {v['notVerified']})"
-        return text + ">"
+        if v.get("Mcr") is None:
+            return f"<mcr {v.get('section')} L={v.get('length')} m: none found ({v.get('reason')})>"
+        c1 = f", C1 = {v['C1']:.3f}" if v.get("C1") is not None else ""
+        return f"<mcr {v.get('section')} L={v.get('length')} m: Mcr = {v['Mcr']:.2f} kNm{c1}>"
 
 
 def section(name):

@@ -283,3 +283,87 @@ def test_frame_numbers_as_text_are_read_as_the_command_reads_them():
     assert out["status"].iloc[3] == "rejected"
     assert out["message"].iloc[3] == "not a number: '0x10'"
     assert out["status"].iloc[4] != "rejected"
+
+
+def random_calls(count, seed):
+    """Checks and members over the catalogue's families, steels, forces, rules and options."""
+    rng = np.random.default_rng(seed)
+    names = [line.strip() for line in open(os.path.join(SOURCE, "tests", "data", "catalogue-designations.txt"))
+             if line.strip()]
+    for _ in range(count):
+        name = names[rng.integers(len(names))]
+        steel = ["S235", "S275", "S355", "S460"][rng.integers(4)]
+        forces = {k: float(np.round(rng.normal(0, s), 2)) for k, s in
+                  (("N", 300), ("My", 40), ("Mz", 8), ("Vz", 60), ("Vy", 10), ("Mt", 0.3))}
+        for k in [k for k in forces if rng.random() < 0.4]:
+            forces[k] = 0.0
+        rules = ["en", "library"][rng.integers(2)]
+        if rng.random() < 0.5:
+            yield "check", (name, steel), dict(forces, rules=rules, elastic=bool(rng.random() < 0.2))
+        else:
+            options = dict(forces, rules=rules, length=float(rng.choice([0.5, 2.0, 4.0, 8.0])))
+            if rng.random() < 0.3:
+                options["lcr_z"] = options["length"] / 2
+            if rng.random() < 0.3:
+                options["moments_y"] = [forces["My"], 0.0, -forces["My"] / 2]
+            yield "member", (name, steel), options
+
+
+def test_a_result_s_attributes_are_its_document_s_values():
+    # The headline read from the C++ result without the document equals the document's own keys, and the
+    # document equals the command's JSON for the same input (a sample of it, the command being slower).
+    keys = {"verdict": "verdict", "governing": "governing", "governing_utilization": "governingUtilization",
+            "utilizations": "utilizations", "section_class": "class", "not_verified": "notVerified"}
+    for i, (kind, args, kwargs) in enumerate(random_calls(600, 29)):
+        r = getattr(sd, kind)(*args, **kwargs)
+        fresh = getattr(sd, kind)(*args, **kwargs)
+        for attribute, key in keys.items():
+            got, want = getattr(r, attribute), fresh.to_dict()[key]
+            assert got == want or (got != got and want != want), (kind, args, kwargs, attribute, got, want)
+        if i % 40 == 0:
+            cli = [str(args[0]), "--steel", args[1], "--rules", kwargs["rules"]]
+            for k in ("N", "My", "Mz", "Mt", "Vy", "Vz"):
+                cli += [f"--{k}", repr(kwargs[k])]
+            if kind == "member":
+                cli += ["--length", repr(kwargs["length"])]
+                if "lcr_z" in kwargs:
+                    cli += ["--lcr-z", repr(kwargs["lcr_z"])]
+                if "moments_y" in kwargs:
+                    cli += ["--moments-y", ",".join(repr(m) for m in kwargs["moments_y"])]
+            elif kwargs["elastic"]:
+                cli += ["--elastic"]
+            assert r.to_dict() == command_json(kind, *cli), (kind, args, kwargs)
+
+
+def test_four_threads_checking_at_once_get_the_same_results():
+    from concurrent.futures import ThreadPoolExecutor
+    calls = list(random_calls(400, 30))
+
+    def run(part):
+        return [getattr(sd, kind)(*args, **kwargs).to_dict() for kind, args, kwargs in part]
+
+    alone = run(calls)
+    with ThreadPoolExecutor(4) as pool:
+        together = list(pool.map(run, [calls] * 4))
+    assert all(result == alone for result in together)
+
+
+@pytest.mark.parametrize("value, error", [
+    (None, TypeError), (float("nan"), ValueError), (float("inf"), ValueError), ("100", TypeError),
+    (pd.NA, TypeError), ([1.0], TypeError),
+])
+def test_bad_numbers_raise_naming_the_argument(value, error):
+    # A value that is no number: TypeError showing the argument as given; a number that is not finite:
+    # ValueError naming it.
+    import re
+    for name, call in (("N", lambda: sd.check("IPE 300", "S355", N=value)),
+                       ("My", lambda: sd.member("IPE 300", "S355", My=value, length=4))):
+        expected = re.escape(f"{name}={value!r}") if error is TypeError else f"{name}: not a finite number"
+        with pytest.raises(error, match=expected):
+            call()
+
+
+def test_numpy_scalars_are_numbers():
+    assert sd.check("IPE 300", "S355", N=np.float64(-250), My=np.int64(90)).to_dict() == \
+        sd.check("IPE 300", "S355", N=-250.0, My=90.0).to_dict()
+    assert sd.member("IPE 300", "S355", N=np.float32(-250), length=np.float64(4)).verdict == "fulfilled"
