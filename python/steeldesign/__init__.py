@@ -11,6 +11,7 @@ Units: m, kN, kNm, kN/m2; compression is negative. A bad argument raises ValueEr
 frame a bad row is a rejected row with its field and message, as in `steeldesign batch`.
 """
 
+import html
 import io
 import json
 
@@ -105,6 +106,35 @@ class Result:
             lines.append(line)
         return "\n".join(lines) + "\n"
 
+    def to_frame(self):
+        """The utilizations as a one-column frame (index: the checks), with the governing one marked."""
+        u = self.utilizations or {}
+        frame = pd.DataFrame({"utilization": pd.Series(u, dtype="float64")})
+        frame["governing"] = frame.index == self.governing
+        return frame
+
+    def _repr_html_(self):
+        """A notebook's view: the verdict in colour, the governing check, the utilizations, the trace folded."""
+        if self._kind == "mcr":
+            return "<pre>" + html.escape(repr(self)) + "</pre>"
+        colours = {"fulfilled": "#1a7f37", "not fulfilled": "#cf222e", "not verified": "#9a6700",
+                   "not applicable": "#57606a"}
+        verdict = self.verdict or ""
+        parts = [f"<div><b>{html.escape(self._kind)} {html.escape(self._core.section_name)} "
+                 f"{html.escape(self._core.steel_name)}</b>: "
+                 f"<span style='color:{colours.get(verdict, '#000')};font-weight:bold'>{html.escape(verdict)}</span>"]
+        if self.governing is not None and self.governing_utilization is not None:
+            parts.append(f", governing {html.escape(self.governing)} {self.governing_utilization:.3f}")
+        if self.not_verified:
+            parts.append(f"<br><i>not verified: {html.escape(self.not_verified)}</i>")
+        rows = "".join(
+            f"<tr><td>{html.escape(name)}</td><td style='text-align:right'>"
+            f"{'-' if value is None else f'{value:.3f}'}</td></tr>"
+            for name, value in (self.utilizations or {}).items())
+        parts.append(f"<table><tr><th>check</th><th>utilization</th></tr>{rows}</table>")
+        parts.append(f"<details><summary>calculation</summary><pre>{html.escape(self.trace_text())}</pre></details></div>")
+        return "".join(parts)
+
     def __eq__(self, other):
         return isinstance(other, Result) and self._values == other._values
 
@@ -129,14 +159,21 @@ def section(name):
 
 
 def check(section, steel="S355", **kwargs):
-    """The cross-section check of EN 1993-1-1 6.2: N, My, Mz, Mt, Vy, Vz, gamma_m0, elastic, mode, situation."""
+    """The cross-section check of EN 1993-1-1 6.2 of a section (catalogue designation or dimensions) in a
+    steel grade. Keywords: N, Vy, Vz (kN; compression negative), My, Mz, Mt (kNm), gamma_m0 (None: the
+    standard's), elastic (elastic resistances only), mode (EN, UK, RolledLTB or a number), situation
+    (persistent, transient, accidental, seismic), rules ("en" or "library"). A Result: verdict, governing,
+    governing_utilization, utilizations at once; to_dict() for every value of `steeldesign check --json`."""
     return Result("check", _core.check(section, steel, **kwargs))
 
 
 def member(section, steel="S355", **kwargs):
-    """The member checks of EN 1993-1-1 6.3 and EN 1993-1-5 5: forces, length or lcr_y / lcr_z / l_lt,
-    lcr_t (the torsional buckling length, m; default l_lt, else lcr_z), gamma_m1, moments_y / moments_z (start, middle, end), diagram_y / diagram_z, max_moment, load_point,
-    mcr, c_theta, shear_panel, rolled_method, mcr_method, torsionally_deformable, cm_floor, mode, situation."""
+    """The member checks of EN 1993-1-1 6.3 and EN 1993-1-5 5. Keywords: the forces as for check (kN,
+    kNm); length, or lcr_y / lcr_z / l_lt (m: flexural buckling about y and z, lateral-torsional); lcr_t
+    (m, torsional buckling; default l_lt, else lcr_z); gamma_m1; moments_y / moments_z (kNm at start,
+    middle, end) with diagram_y / diagram_z (polygonal, parabolic); max_moment (kNm); load_point (center,
+    top, bottom); mcr (kNm, 0: computed) with mcr_method (tables, numerical); c_theta, shear_panel;
+    rolled_method; torsionally_deformable; twist_restrained; cm_floor; mode, situation, rules as for check."""
     return Result("member", _core.member(section, steel, **kwargs))
 
 

@@ -367,3 +367,27 @@ def test_numpy_scalars_are_numbers():
     assert sd.check("IPE 300", "S355", N=np.float64(-250), My=np.int64(90)).to_dict() == \
         sd.check("IPE 300", "S355", N=-250.0, My=90.0).to_dict()
     assert sd.member("IPE 300", "S355", N=np.float32(-250), length=np.float64(4)).verdict == "fulfilled"
+
+
+def test_a_result_shows_in_a_notebook():
+    r = sd.member("IPE 300", "S355", N=-250, My=90, Vz=60, length=4)
+    page = r._repr_html_()
+    assert "IPE 300" in page and r.verdict in page and "<details>" in page
+    assert f"{r.governing_utilization:.3f}" in page
+    frame = r.to_frame()
+    assert frame.loc[r.governing, "governing"] and frame.loc[r.governing, "utilization"] == r.governing_utilization
+
+
+def test_the_type_stubs_list_every_argument():
+    import ast
+    import inspect
+    import re
+    stub = ast.parse(open(os.path.join(os.path.dirname(sd.__file__), "__init__.pyi")).read())
+    stubbed = {f.name: [a.arg for a in f.args.args + f.args.kwonlyargs]
+               for f in stub.body if isinstance(f, ast.FunctionDef)}
+    for name in ("check", "member", "mcr"):
+        signature = getattr(sd._core, name).__doc__.splitlines()[0]
+        runtime = re.findall(r"(\w+): ", signature[signature.index("(") + 1:signature.rindex(")")])
+        assert stubbed[name] == runtime, name
+    for name in ("member_frame", "check_frame", "read_results", "result_columns"):
+        assert stubbed[name] == list(inspect.signature(getattr(sd, name)).parameters), name
