@@ -391,3 +391,37 @@ def test_the_type_stubs_list_every_argument():
         assert stubbed[name] == runtime, name
     for name in ("member_frame", "check_frame", "read_results", "result_columns"):
         assert stubbed[name] == list(inspect.signature(getattr(sd, name)).parameters), name
+
+
+def test_dask_meta_needs_no_computation():
+    import steeldesign.dask as sdd
+    dd = pytest.importorskip("dask.dataframe")
+    ddf = dd.from_pandas(example(), npartitions=2)
+    lazy = sdd.check_dask(ddf)
+    assert list(lazy.columns) == list(sd.result_columns())
+    assert dict(lazy.dtypes.astype(str)) == sd.result_columns()
+
+
+def test_dask_checks_a_file_pattern_into_csv_parts(tmp_path, capsys):
+    import steeldesign.dask as sdd
+    frame = repeated_example(3_000)
+    for i in range(3):
+        frame.iloc[i * 1000:(i + 1) * 1000].to_csv(tmp_path / f"model-{i}.csv", index=False)
+    out = tmp_path / "results"
+    out.mkdir()
+    rows = sdd.check_files(str(tmp_path / "model-*.csv"), str(out / "part-*.csv"), blocksize=None)
+    assert rows == 3_000
+    assert "Completed" in capsys.readouterr().out  # the progress bar of Dask's local scheduler
+    parts = sorted(out.glob("part-*.csv"), key=lambda p: int(p.stem.split("-")[1]))
+    assert len(parts) == 3
+    got = pd.concat([sd.read_results(p.read_text()) for p in parts], ignore_index=True)
+    expected = sd.member_frame(frame).reset_index(drop=True)
+    assert list(got["id"]) == list(expected["id"])
+    assert list(got["verdict"]) == list(expected["verdict"])
+    assert np.allclose(got["governingUtilization"], expected["governingUtilization"], rtol=1e-5, equal_nan=True)
+    with pytest.raises(ValueError, match="out: Parquet"):
+        try:
+            import pyarrow  # noqa: F401
+            raise ValueError("out: Parquet (skipped: pyarrow is installed)")
+        except ImportError:
+            sdd.check_files(str(tmp_path / "model-*.csv"), str(tmp_path / "results.parquet"), progress=False)
