@@ -31,7 +31,7 @@ const char* const knownColumns[] = {"id",       "section",  "steel",      "N",  
                                     "mcr",      "cTheta",   "shearPanel", "gammaM0",    "gammaM1",
                                     "rolledMethod", "torsionallyDeformable", "cmFloor", "elastic",
                                     "lengthY",  "lengthZ",  "lengthLT", "mcrMethod", "twistRestrained",
-                                    "lengthT"};
+                                    "lengthT",  "legAxes"};
 constexpr std::size_t columnCount = std::size(knownColumns);
 
 // The known columns by their index in knownColumns.
@@ -39,9 +39,9 @@ enum Column : std::size_t {
     cId, cSection, cSteel, cN, cMy, cMz, cMt, cVy, cVz, cLength, cMyStart, cMyMid, cMyEnd, cDiagramY, cMzStart,
     cMzMid, cMzEnd, cDiagramZ, cLoadPoint, cMaxMoment, cMcr, cCTheta, cShearPanel, cGammaM0, cGammaM1,
     cRolledMethod, cTorsionallyDeformable, cCmFloor, cElastic, cLengthY, cLengthZ, cLengthLT, cMcrMethod,
-    cTwistRestrained, cLengthT
+    cTwistRestrained, cLengthT, cLegAxes
 };
-static_assert(cLengthT + 1 == columnCount);
+static_assert(cLegAxes + 1 == columnCount);
 
 // The index of a known column name, or columnCount. Every key of every JSON line comes here: the names
 // are grouped by length, so that a name is compared only with the few of its own length.
@@ -305,6 +305,14 @@ void parseRow(const CellViews& cells, std::size_t line, BatchRow& out)
         row.twistRestrained = r.flag(cTwistRestrained);
         row.cmFloor = r.flag(cCmFloor);
         row.elastic = r.flag(cElastic);
+        row.legAxes = r.flag(cLegAxes);
+        if (row.legAxes) {
+            const auto bent = [](const std::array<double, 3>& m) { return m[0] != 0.0 || m[1] != 0.0 || m[2] != 0.0; };
+            if (bent(row.momentsY) && bent(row.momentsZ) && row.diagramY != row.diagramZ)
+                r.fail(cLegAxes, "the moment diagrams about y and z must have the same shape to be turned into the "
+                                 "principal axes");
+            if (row.maxMoment) r.fail(cLegAxes, "maxMoment is about the principal axis u; give the diagrams instead");
+        }
     } catch (RowError& e) {
         out = std::move(e);
     }
@@ -413,7 +421,7 @@ bool isNumberColumn(std::size_t column)
 {
     switch (column) {
     case cId: case cSection: case cSteel: case cDiagramY: case cDiagramZ: case cLoadPoint: case cRolledMethod:
-    case cTorsionallyDeformable: case cCmFloor: case cElastic: case cMcrMethod: case cTwistRestrained:
+    case cTorsionallyDeformable: case cCmFloor: case cElastic: case cMcrMethod: case cTwistRestrained: case cLegAxes:
         return false;
     default:
         return true;

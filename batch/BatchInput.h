@@ -20,6 +20,8 @@
 //   lengthT                                    optional number (m): l_T of torsional buckling (6.3.1.4), the
 //                                              length between restraints against twist (default LLT, else Lcr,z)
 //   mcrMethod                                  tables | numerical (default tables)
+//   legAxes                                    optional boolean: My, Mz, Vy, Vz and the diagrams are about the
+//                                              legs of an angle, turned into its principal axes u, v
 //
 // An empty cell (or a JSON null) of an optional column takes its default; of a required one it rejects
 // the row. The moment values default to the row's My (Mz) at all three points.
@@ -52,6 +54,7 @@ struct MemberRow {
     std::optional<bool> rolledMethod;  // empty: chosen by the section kind
     std::string mcrMethod = "tables";
     bool torsionallyDeformable = false, twistRestrained = false, cmFloor = false, elastic = false;
+    bool legAxes = false;  // My, Mz, Vy, Vz and the diagrams about an angle's legs, not its principal axes
 };
 
 // A row that cannot be checked: its line, its id when known, the field and what is wrong.

@@ -1,5 +1,8 @@
 #include "RowRequests.h"
 
+#include <design/AngleBending.h>
+
+#include <array>
 #include <cstring>
 
 namespace batch {
@@ -32,7 +35,8 @@ ApplicationPoint loadPointOf(const std::string& text)
 
 RowRequests rowRequests(const MemberRow& row, SDBSection* section, KaConstrSteel* steel)
 {
-    const SteelDesign::Forces forces(row.N, row.My, row.Mz, row.Mt, row.Vy, row.Vz);
+    const SteelDesign::Forces given(row.N, row.My, row.Mz, row.Mt, row.Vy, row.Vz);
+    const SteelDesign::Forces forces = row.legAxes ? design::legForcesToPrincipal(*section, given) : given;
     RowRequests requests{{section, steel, forces, row.gammaM0.value_or(0.0), row.elastic}, std::nullopt};
     const design::BucklingLengths lengths = design::resolveLengths(
         row.length > 0.0 ? std::optional<double>(row.length) : std::nullopt, row.lengthY, row.lengthZ, row.lengthLT);
@@ -41,7 +45,9 @@ RowRequests rowRequests(const MemberRow& row, SDBSection* section, KaConstrSteel
     member.section = section;
     member.steel = steel;
     member.forces = forces;
-    member.moments = design::makeMoments(row.momentsY, diagramOf(row.diagramY), row.momentsZ, diagramOf(row.diagramZ),
+    std::array<double, 3> momentsY = row.momentsY, momentsZ = row.momentsZ;
+    if (row.legAxes) design::legMomentsToPrincipal(*section, momentsY, momentsZ);
+    member.moments = design::makeMoments(momentsY, diagramOf(row.diagramY), momentsZ, diagramOf(row.diagramZ),
                                          row.maxMoment, loadPointOf(row.loadPoint), row.mcr.value_or(0.0));
     member.lengths = lengths;
     member.gammaM1 = row.gammaM1.value_or(design::defaultGammaM1);

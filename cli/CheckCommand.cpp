@@ -85,7 +85,7 @@ void run(const CheckOptions& o, CommandResult& result)
     o.standard.apply();
     if (!o.html.empty()) checkOutputPath("--html", o.html, "");
     if (o.gammaM0 && !(*o.gammaM0 > 0.0)) throw InputError("--gamma-m0: must be positive, got " + design::shortestText(*o.gammaM0));
-    const Forces forces = o.forces.toForces();
+    const Forces forces = o.forces.toForces(*section);
     const design::CrossSectionRequest request{section.get(), &steel, forces, o.gammaM0.value_or(0.0), o.elastic};
     const design::CrossSectionOutcome outcome = design::evaluateCrossSection(request);
     const SectionInitializer& init = outcome.initializer;

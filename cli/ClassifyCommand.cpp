@@ -41,7 +41,7 @@ void run(const ClassifyOptions& o, CommandResult& result)
     using namespace SteelDesign;
     auto section = design::resolveSection(o.name);
     KaConstrSteel steel = o.steel.resolve();
-    const Forces forces = o.forces.toForces();
+    const Forces forces = o.forces.toForces(*section);
     const VerificationControl control = o.elastic ? VerificationControl::Elastic : VerificationControl::Classify;
     const SectionInitializer init(section.get(), &steel, forces, control, false);
     const double fy = init.getFy();

@@ -54,6 +54,9 @@ void addForceOptions(CLI::App& app, design::ForceInput& forces)
     addNumber(app, "--Mt", forces.Mt, "torsional moment Mt in kNm");
     addNumber(app, "--Vy", forces.Vy, "shear force Vy in kN");
     addNumber(app, "--Vz", forces.Vz, "shear force Vz in kN");
+    app.add_flag("--leg-axes", forces.legAxes,
+                 "My, Mz, Vy, Vz are about the legs of an angle (y, z), turned into its principal axes u, v "
+                 "(default: they are about u and v)");
 }
 
 void SteelOption::addTo(CLI::App& app)

@@ -533,8 +533,10 @@ void classifyEn(const EnSectionModel& m, const SDBSection& section, const KaCons
     const SDBProperties& p = section.getProperties();
     const Stress s{N / p.A, My / p.Iy, Mz / p.Iz};
     int worst = 1;
-    if (m.kind == EnKind::L && N < 0.0) {
-        // Table 5.2 sheet 3: an angle in compression is class 3 or 4 (h the longer leg).
+    if (m.kind == EnKind::L && (N < 0.0 || My != 0.0 || Mz != 0.0)) {
+        // Table 5.2 sheet 3: an angle in compression is class 3 or 4 (h the longer leg). An angle in bending
+        // too: it is checked elastically in its principal axes (EnCrossSection), so only class 4 matters,
+        // and the legs' compression in u and v is taken at its worst, uniform (sheet 3).
         out.angleCompression = true;
         out.angleEpsilon = std::sqrt(235000.0 / steel.getFyk(m.t));
         out.angleHt = std::max(m.h, m.b) / m.t;
@@ -542,11 +544,8 @@ void classifyEn(const EnSectionModel& m, const SDBSection& section, const KaCons
         out.angleClass = within(out.angleHt, 15.0 * out.angleEpsilon) && within(out.angleBht, 11.5 * out.angleEpsilon)
                              ? 3
                              : 4;
-        worst = out.angleClass;
-        if (My == 0.0 && Mz == 0.0) {
-            out.sectionClass = worst;
-            return;
-        }
+        out.sectionClass = out.angleClass;
+        return;
     }
 
     // Elastic stresses at the plates' ends; the tolerance below which a stress counts as none.

@@ -26,10 +26,14 @@
 //    6.2.9.1(4) is exceeded, biaxial (6.41) alpha = 2, beta = 5 n >= 1; RHS and boxes (6.39), (6.40),
 //    (6.41) with alpha = beta = 1.66 / (1 - 1.13 n²) <= 6; CHS Mpl (1 - n^1.7) with the resultant moment;
 //    every other kind (mono-symmetric I too) the linear sum of 6.2.1(7). The utilization is never below n.
+//  - angles (classes 1 to 3): My and Mz about the principal axes u and v, the elastic stress (6.1) at the five
+//    corners of the outline (AngleBending.h), no plastic reserve; with shear (1 - rho) fy over the section.
 //  - class 3: (6.42) as the linear sum at the extreme fibre; class 4: (6.44) with Aeff, Weff and the moments
 //    N eN by magnitude.
 
 #include "EnCrossSection.h"
+
+#include "AngleBending.h"
 
 #include "EffectiveSection.h"
 #include "EnClassification.h"
@@ -73,7 +77,7 @@ bool isOpen(EnKind k)
 bool isSolidOrTube(EnKind k) { return k == EnKind::O || k == EnKind::R || k == EnKind::Circle; }
 
 // How a combination of N and the moments is checked.
-enum class Form : unsigned char { None, I, RH, CHS, Linear, Elastic, Class4 };
+enum class Form : unsigned char { None, I, RH, CHS, Linear, Elastic, Class4, Angle };
 
 // One evaluation of N and M, with the resistances reduced for shear. No default values: combine() clears
 // the record it writes (the four records of Work are not all needed on every call).
@@ -90,6 +94,8 @@ struct Combined {
     double alpha, beta;
     double dMy, dMz;      // class 4: |N eN|
     double uWebArea, uFlangeArea;  // class 3 with shear: the shear areas' fibres
+    double sigma;         // angles: the largest |sigma| of the corners (kN/m²), at corner
+    int corner;
     double uOwn;  // the check's own value
     double u;     // the slot's: with shear at least the value without (see run)
 };
@@ -121,6 +127,7 @@ struct Work {
     Combined* axialShearBending = &store[0];
     bool shearReduces = false;
     Reduced reduced;  // with the rho of the shear forces (formed once)
+    AngleAxes angle;  // angles: the principal axes and the corners
     // Last: their arrays are filled up to their counts, never zeroed.
     EnSectionModel model;
     EnClassification classification;
@@ -323,11 +330,35 @@ void combineClass4(const Work& w, double N, double My, double Mz, double rhoY, d
     if (rho > 0.0 && c.u > 0.0) c.u = rho < 1.0 ? c.u / (1.0 - rho) : inf;
 }
 
+// Angles (classes 1 to 3): My and Mz are about the principal axes u and v. The elastic stress at the
+// outline's corners, 6.2.1(5) (6.1), sigma = N / A + Mu v / Iu - Mv u / Iv, against fy / gamma_M0 (no
+// plastic reserve taken: the plastic moduli of an angle about u and v are not the database's); with
+// shear, on the safe side, fy (1 - rho) over the whole section.
+void combineAngle(const Work& w, double N, double My, double Mz, double rhoY, double rhoZ, Combined& c)
+{
+    c.form = Form::Angle;
+    c.rhoY = rhoY;
+    c.rhoZ = rhoZ;
+    const AngleAxes& a = w.angle;
+    c.NRd = a.A * w.fyd;
+    c.MyRd = c.MNyRd = a.Welu * w.fyd;
+    c.MzRd = c.MNzRd = a.Welv * w.fyd;
+    c.n = ratio(N, c.NRd);
+    c.uy = ratio(My, c.MyRd);
+    c.uz = ratio(Mz, c.MzRd);
+    c.sigma = angleStressMax(a, N, My, Mz, &c.corner);
+    c.u = c.sigma / w.fyd;
+    const double rho = std::max(rhoY, rhoZ);
+    if (rho > 0.0 && c.u > 0.0) c.u = rho < 1.0 ? c.u / (1.0 - rho) : inf;
+}
+
 void combine(const Work& w, double N, double My, double Mz, double rhoY, double rhoZ, Combined& c)
 {
     c = Combined{};
     c.alpha = c.beta = 1.0;
-    if (w.cls == 1 || w.cls == 2)
+    if (w.angle.valid && w.cls <= 3)
+        combineAngle(w, N, My, Mz, rhoY, rhoZ, c);
+    else if (w.cls == 1 || w.cls == 2)
         combinePlastic(w, N, My, Mz, rhoY, rhoZ, c);
     else if (w.cls == 3)
         combineElastic(w, N, My, Mz, rhoY, rhoZ, c);
@@ -495,7 +526,7 @@ void traceClassification(Sheet& sheet, const Work& w)
     if (c.angleCompression) {
         const double e = c.angleEpsilon;
         sheet.value(kClassification, "EN 1993-1-1 Table 5.2 (sheet 3)", "h/t, (b+h)/2t",
-                    "angle in compression: h / t <= 15 eps and (b + h) / (2 t) <= 11.5 eps for class 3",
+                    "angle in compression or bending: h / t <= 15 eps and (b + h) / (2 t) <= 11.5 eps for class 3",
                     "h / t = " + ratioText(c.angleHt) + " (" + ratioText(15.0 * e) + "), (b + h) / (2 t) = " +
                         ratioText(c.angleBht) + " (" + ratioText(11.5 * e) + ")",
                     classText(c.angleClass), c.angleClass);
@@ -735,6 +766,23 @@ void traceCombined(Sheet& sheet, const Work& w, const char* group, const Combine
                                   Mz != 0.0 || c.dMz != 0.0}}),
                           c.uOwn, false);
         break;
+    case Form::Angle: {
+        const AngleAxes& a = w.angle;
+        const AngleCorner& k = a.corners[static_cast<std::size_t>(c.corner)];
+        static const char* const cornerNames[] = {"the heel", "the tip of the leg along z", "the inner tip of the leg along z",
+                                                  "the tip of the leg along y", "the inner tip of the leg along y"};
+        if (group == std::string_view(kBending))
+            sheet.value(group, "EN 1993-1-1 6.2.5 (6.14)", "W_el,u, W_el,v",
+                        "I_u / v_max, I_v / u_max (v_max, u_max: the farthest corners)",
+                        cm4(a.principal.Iu) + " / " + mm(a.vMax) + ", " + cm4(a.principal.Iv) + " / " + mm(a.uMax),
+                        cm3(a.Welu) + ", " + cm3(a.Welv), a.Welu);
+        sheet.utilization(group, "EN 1993-1-1 6.2.1(5) (6.1)", "sigma_x,Ed / (fy / gamma_M0)",
+                          std::string("|N_Ed / A + M_u,Ed v / I_u - M_v,Ed u / I_v| at ") +
+                              cornerNames[c.corner] + " (u = " + mm(k.u) + ", v = " + mm(k.v) + "), the largest corner" +
+                              (shear ? ", over (1 - rho)" : ""),
+                          stress(c.sigma) + " / (" + fyText + " / " + g0 + ")", c.uOwn, false);
+        break;
+    }
     case Form::None: break;
     }
     if (c.u > c.uOwn)
@@ -789,9 +837,16 @@ void traceResistances(Sheet& sheet, const Work& w, const EnCrossSection& out)
         for (const bool y : {true, false}) {
             const double M = y ? My : Mz;
             if (M == 0.0) continue;
+            const double McRd = y ? out.McyRd : out.MczRd;
+            if (c.form == Form::Angle) {  // about u and v, elastic
+                const char* a = y ? "u" : "v";
+                sheet.value(kBending, "EN 1993-1-1 6.2.5 (6.14)", std::string("M_c,") + a + ",Rd",
+                            std::string("W_el,") + a + " fy / gamma_M0",
+                            cm3(y ? w.angle.Welu : w.angle.Welv) + " · " + fyText + " / " + g0, kNm(McRd), McRd);
+                continue;
+            }
             const char* a = y ? "y" : "z";
             const double W = w.cls <= 2 ? (y ? p.Wply : p.Wplz) : w.cls == 3 ? (y ? p.Wely : p.Welz) : (y ? out.Weffy : out.Weffz);
-            const double McRd = y ? out.McyRd : out.MczRd;
             sheet.value(kBending, momentClause(w.cls), std::string("M_c,") + a + ",Rd", modulusName(w.cls, a) + " fy / gamma_M0",
                         cm3(W) + " · " + fyText + " / " + g0, kNm(McRd), McRd);
         }
@@ -927,6 +982,7 @@ void run(const CrossSectionRequest& request, double gammaM0, EnCrossSection& out
     const double N = f.getN(), My = f.getMy(), Mz = f.getMz();
     out.NplRd = p.A * w.fyd;
     shearAndTorsion(w, f, out);
+    if (m.kind == EnKind::L) w.angle = angleAxes(section);
 
     if (w.cls == 4) {
         if (m.kind == EnKind::O) {
@@ -963,6 +1019,10 @@ void run(const CrossSectionRequest& request, double gammaM0, EnCrossSection& out
         out.NcRd = w.compression ? out.Aeff * w.fyd : 0.0;
         out.McyRd = out.Weffy * w.fyd;
         out.MczRd = out.Weffz * w.fyd;
+    }
+    if (w.angle.valid && w.cls <= 3) {  // about the principal axes u, v, elastic
+        out.McyRd = w.angle.Welu * w.fyd;
+        out.MczRd = w.angle.Welv * w.fyd;
     }
     out.utilization[sAxial] = ratio(N, N > 0.0 || w.cls != 4 ? out.NplRd : out.NcRd);
 

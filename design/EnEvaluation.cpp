@@ -21,7 +21,8 @@ bool bentAboutNonPrincipalAxes(const CrossSectionRequest& request)
     const SDBSectionType* type = request.section->getType();
     if (!type) return false;
     const std::string& key = type->getKey();
-    const bool nonPrincipal = key == SDBKey::L || key == SDBKey::Z || key == SDBKey::WZ;
+    // Angles are checked in their principal axes (the moments are about u and v); Z sections are not.
+    const bool nonPrincipal = key == SDBKey::Z || key == SDBKey::WZ;
     return nonPrincipal && (request.forces.getMy() != 0.0 || request.forces.getMz() != 0.0);
 }
 
@@ -53,8 +54,8 @@ void evaluateEn(const CrossSectionRequest& cross, double gammaM0, const MemberRe
     out.sectionClass = out.cross.sectionClass;
     for (std::size_t i = 0; i < 7; ++i) out.utilizations[i] = out.cross.utilization[i];
     std::uint32_t limitations = out.cross.limitations;
-    // An angle or a Z section bent about the database's axes (parallel to its legs or flanges): those are
-    // not principal axes, so no value in bending is given.
+    // A Z section bent about the database's axes (parallel to its flanges): those are not principal axes,
+    // so no value in bending is given.
     if (bentAboutNonPrincipalAxes(cross)) {
         limitations |= NonPrincipalBending;
         for (std::size_t i : {2u, 4u, 5u, 6u}) out.utilizations[i] = kat::Nullable<double>();

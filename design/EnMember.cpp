@@ -32,6 +32,8 @@
 
 #include "EnMember.h"
 
+#include "AngleBending.h"
+
 #include "BucklingCurves.h"
 #include "CriticalMoment.h"
 #include "CriticalMomentSolver.h"
@@ -180,7 +182,7 @@ struct TorsionWork {
 // ---- lateral-torsional buckling ----------------------------------------------------------------------
 
 enum class LtbState { NotAsked, NoLtb, NotCovered, NoModulus, Computed };
-enum class McrSource { None, Host, Numerical, Analytical, Fallback };
+enum class McrSource { None, Host, Numerical, Analytical, Fallback, EqualAngle };
 
 struct KcChoice {
     double kc = 1.0;
@@ -545,6 +547,23 @@ void lateralTorsional(const MemberRequest& request, double numericalMcr, Work& w
     } else if (numericalMcr > 0.0) {
         t.source = McrSource::Numerical;
         t.Mcr = numericalMcr;
+    } else if (w.kind == Kind::L) {
+        // An equal angle bent about u, its axis of symmetry: no Wagner term, the closed form with C1 = 1 (the
+        // uniform moment, the lowest of the end-moment diagrams), the load at the shear centre (a load above
+        // it is not covered). An unequal angle has a Wagner term about u: not covered.
+        const double M1 = m.getMomentWert(Axis::y, 0), Mm = m.getMomentWert(Axis::y, 1), M2 = m.getMomentWert(Axis::y, 2);
+        const double scale = std::max({std::fabs(M1), std::fabs(Mm), std::fabs(M2)});
+        const bool load = std::fabs(Mm - 0.5 * (M1 + M2)) > 1e-6 * scale;
+        const bool above = load && m.getApplicationPoint() == SteelDesign::ApplicationPoint::Top;
+        const double Mcr = above ? 0.0 : equalAngleMcr(s, LLT, w.E, w.G);
+        if (!(Mcr > 0.0) || !finite(Mcr)) {
+            t.state = LtbState::NotCovered;
+            out.limitations |= LateralTorsionalNotCovered;
+            return;
+        }
+        t.source = McrSource::EqualAngle;
+        t.Mcr = Mcr;
+        t.C1 = 1.0;
     } else {
         t.numericalMissing = request.mcrMethod == McrMethod::Numerical;
         const EnCriticalMoment c = enCriticalMoment(request, w.E, w.G);
@@ -607,8 +626,17 @@ void interactionCheck(const MemberRequest& request, const EnCrossSection& cross,
     if (!anyLength) return;
     const bool asked = (w.compression && (w.bendY || w.bendZ || shift)) || (!w.compression && !w.tension && w.bendZ);
     if (!asked) return;
-    // Moments about the legs of an angle or the flanges of a Z are not about principal axes.
-    if ((w.kind == Kind::L || w.kind == Kind::Z || w.kind == Kind::WZ) && (w.bendY || w.bendZ)) {
+    // Angles: the interaction in the principal axes is outside our scope. Moments about the flanges of a Z
+    // are not about principal axes.
+    if (w.kind == Kind::L && (w.bendY || w.bendZ)) {
+        // Bending alone: lateral-torsional buckling about u (6.3.2), none about v; the cross-section check
+        // covers the rest.
+        if (!w.compression) return;
+        x.blocked = true;
+        out.limitations |= AngleInteractionNotCovered;
+        return;
+    }
+    if ((w.kind == Kind::Z || w.kind == Kind::WZ) && (w.bendY || w.bendZ)) {
         x.blocked = true;
         out.limitations |= LateralTorsionalNotCovered;
         return;
@@ -885,6 +913,13 @@ void compute(const MemberRequest& request, const EnCrossSection& cross, double n
     }
     w.Wy = w.cls <= 2 ? s.getWply() : w.cls == 3 ? s.getWy() : cross.Weffy;
     w.Wz = w.cls <= 2 ? s.getWplz() : w.cls == 3 ? s.getWz() : cross.Weffz;
+    if (w.kind == Kind::L && w.cls <= 3) {  // elastic, about the principal axes u and v
+        const AngleAxes a = design::angleAxes(s);
+        if (a.valid) {
+            w.Wy = a.Welu;
+            w.Wz = a.Welv;
+        }
+    }
     if (class4 && ((w.bendY && !(w.Wy > 0.0)) || (w.bendZ && !(w.Wz > 0.0)))) out.limitations |= Class4NotCovered;
 
     if (!(class4 && w.compression && !(w.Aused > 0.0))) {
@@ -1205,6 +1240,9 @@ std::string mcrFormula(const Work& w)
     case McrSource::Fallback:
         return "no critical moment for this diagram: the closed form of uniform moment, C1 = 1.0, on the safe side: "
                "pi² E I_z / L_LT² (sqrt(I_w / I_z + L_LT² G I_t / (pi² E I_z) + (0.5 z_g)²) + 0.5 z_g)";
+    case McrSource::EqualAngle:
+        return "equal angle bent about u (its axis of symmetry: no Wagner term), C1 = 1.0, fork supports, the load at the "
+               "shear centre: pi² E I_v / L_LT² sqrt(I_w / I_v + L_LT² G I_t / (pi² E I_v))";
     case McrSource::None: break;
     }
     return "";
@@ -1214,12 +1252,15 @@ void traceLateralTorsional(Sheet& sheet, const MemberRequest& request, const Wor
 {
     const LtbWork& t = w.ltb;
     if (t.state == LtbState::NotAsked) return;
-    const std::string Wname = modulusName(w.cls, "y");
+    const std::string Wname = w.kind == Kind::L && w.cls <= 3 ? std::string("W_el,u") : modulusName(w.cls, "y");
     if (t.state == LtbState::NotCovered) {
-        const bool legs = w.kind == Kind::L || w.kind == Kind::Z || w.kind == Kind::WZ;
+        const bool legs = w.kind == Kind::Z || w.kind == Kind::WZ;
         sheet.notVerified(kLateralTorsional, "EN 1993-1-1 6.3.2.2(2)", "M_cr", "elastic critical moment",
-                          legs ? "no critical moment for bending about the leg axes of an angle or the flange axes of "
-                                 "a Z section (not principal axes): give M_cr"
+                          w.kind == Kind::L
+                              ? "no critical moment for an unequal angle bent about u (its Wagner term), or a load above "
+                                "the shear centre: give M_cr"
+                          : legs ? "no critical moment for bending about the flange axes of a Z section (not principal "
+                                   "axes): give M_cr"
                                : "no critical moment for this section symmetric about z only (the closed form leaves "
                                  "out the Wagner term): give M_cr");
         return;
@@ -1250,6 +1291,9 @@ void traceLateralTorsional(Sheet& sheet, const MemberRequest& request, const Wor
         mcrNumbers += ", I_z = " + cm4(w.section->getIz()) + ", I_t = " + cm4(w.section->getIt()) +
                       ", I_w = " + cm6(w.section->getIw()) + ", z_g = " + mm(t.zg) + ", E = " + stress(w.E) +
                       ", G = " + stress(w.G);
+    if (t.source == McrSource::EqualAngle)
+        mcrNumbers += ", I_v = " + cm4(principalAxes(*w.section).Iv) + ", I_t = " + cm4(w.section->getIt()) +
+                      ", I_w = " + cm6(w.section->getIw()) + ", E = " + stress(w.E) + ", G = " + stress(w.G);
     if (t.numericalMissing) mcrNumbers += " (the numerical M_cr was asked for but not given)";
     sheet.value(kLateralTorsional, "EN 1993-1-1 6.3.2.2(2)", "M_cr", mcrFormula(w), mcrNumbers, kNm(t.Mcr), t.Mcr);
     sheet.value(kLateralTorsional, w.cls == 4 ? "EN 1993-1-1 6.3.2.2(1), 6.3.2.1(3)" : "EN 1993-1-1 6.3.2.2(1)",
@@ -1324,9 +1368,9 @@ void traceInteraction(Sheet& sheet, const MemberRequest& request, const Work& w)
 {
     const InteractionWork& x = w.inter;
     if (x.blocked) {
-        if (w.kind == Kind::L || w.kind == Kind::Z || w.kind == Kind::WZ)
+        if (w.kind == Kind::Z || w.kind == Kind::WZ)
             sheet.notVerified(kInteraction, "EN 1993-1-1 6.3.3(4)", "(6.61), (6.62)", "compression and bending",
-                              "moments about axes that are not principal (angle or Z section): outside our scope");
+                              "moments about axes that are not principal (Z section): outside our scope");
         else if (w.ltb.state == LtbState::NotCovered)
             sheet.notVerified(kInteraction, "EN 1993-1-1 6.3.3(4)", "(6.61), (6.62)", "compression and bending",
                               "no critical moment: chi_LT unknown");
@@ -1509,6 +1553,9 @@ void traceLimitations(Sheet& sheet, const Work& w, std::uint32_t limitations)
     if (limitations & LateralTorsionalNotCovered)
         sheet.notVerified(kLateralTorsional, "EN 1993-1-1 6.3.2.2(2)", "not verified", "lateral-torsional buckling",
                           describe(LateralTorsionalNotCovered));
+    if (limitations & AngleInteractionNotCovered)
+        sheet.notVerified(kInteraction, "EN 1993-1-1 6.3.3", "not verified", "compression with bending",
+                          describe(AngleInteractionNotCovered));
     if (limitations & TorsionalFlexuralNotChecked)
         sheet.notVerified(kFlexural, "EN 1993-1-1 6.3.1.4", "not verified", "torsional-flexural buckling",
                           *w.torsion.why ? w.torsion.why : describe(TorsionalFlexuralNotChecked));

@@ -1,8 +1,11 @@
 #include "MemberInput.h"
 
+#include "AngleBending.h"
 #include "NumberInput.h"
 #include "TraceSheet.h"
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <vector>
 
@@ -59,6 +62,11 @@ void requireLength(const char* option, std::optional<double> value)
 
 } // namespace
 
+SteelDesign::Forces ForceInput::toForces(const SDBSection& section) const
+{
+    return legAxes ? legForcesToPrincipal(section, toForces()) : toForces();
+}
+
 BucklingLengths MemberInput::lengths() const
 {
     return resolveLengths(length, lengthY, lengthZ, lengthLT);
@@ -76,9 +84,22 @@ MemberRequest MemberInput::toRequest(SDBSection* section, KaConstrSteel* steel) 
     requireNonNegative("--mcr", mcr);
     requireNonNegative("--c-theta", cTheta);
     requireNonNegative("--shear-panel", shearPanel);
-    const SteelDesign::Forces f = forces.toForces();
-    const std::vector<double> valuesY = parseMoments("--moments-y", momentsY, f.getMy());
-    const std::vector<double> valuesZ = parseMoments("--moments-z", momentsZ, f.getMz());
+    const SteelDesign::Forces f = forces.toForces(*section);
+    std::vector<double> valuesY = parseMoments("--moments-y", momentsY, forces.My);
+    std::vector<double> valuesZ = parseMoments("--moments-z", momentsZ, forces.Mz);
+    if (forces.legAxes) {
+        // The diagrams about the legs turned into u and v point by point: the shapes must agree.
+        const bool bothBent = std::any_of(valuesY.begin(), valuesY.end(), [](double m) { return m != 0.0; }) &&
+                              std::any_of(valuesZ.begin(), valuesZ.end(), [](double m) { return m != 0.0; });
+        if (bothBent && diagramY != diagramZ)
+            throw InputError("--leg-axes: the moment diagrams about y and z must have the same shape to be turned into "
+                             "the principal axes, got " + diagramY + " and " + diagramZ);
+        if (maxMoment) throw InputError("--leg-axes: --max-moment is about the principal axis u; give the diagrams instead");
+        std::array<double, 3> y{valuesY[0], valuesY[1], valuesY[2]}, z{valuesZ[0], valuesZ[1], valuesZ[2]};
+        legMomentsToPrincipal(*section, y, z);
+        valuesY.assign(y.begin(), y.end());
+        valuesZ.assign(z.begin(), z.end());
+    }
     MemberRequest request;
     request.section = section;
     request.steel = steel;

@@ -17,9 +17,14 @@
 namespace design {
 
 // N My Mz Mt Vy Vz in kN and kNm (compression negative).
+// legAxes: My, Mz, Vy, Vz are about the section's own axes y and z (an angle's legs) and are turned into
+// the principal axes u and v that the checks take (AngleBending.h); otherwise they are about u and v.
 struct ForceInput {
     double N = 0.0, My = 0.0, Mz = 0.0, Mt = 0.0, Vy = 0.0, Vz = 0.0;
+    bool legAxes = false;
     SteelDesign::Forces toForces() const { return SteelDesign::Forces(N, My, Mz, Mt, Vy, Vz); }
+    // The forces for this section: turned into its principal axes under legAxes.
+    SteelDesign::Forces toForces(const SDBSection& section) const;
 };
 
 // The standard mode (EN, UK, RolledLTB or a number) and the design situation.

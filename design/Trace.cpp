@@ -62,6 +62,7 @@ LimitationPlace placeOf(Limitation flag)
     case LateralTorsionalNotCovered: return {kLateralTorsional, "EN 1993-1-1 6.3.2.2(2)"};
     case TorsionalFlexuralNotChecked: return {kFlexural, "EN 1993-1-1 6.3.1.4"};
     case NonPrincipalBending: return {kBending, "EN 1993-1-1 6.2.1(5), 6.2.5"};
+    case AngleInteractionNotCovered: return {kInteraction, "EN 1993-1-1 6.3.3"};
     case NoLimitation: break;
     }
     return {kClassification, ""};

@@ -55,15 +55,19 @@ const char* describe(Limitation limitation)
         return "class 4: the effective section of this section kind is not computed (EN 1993-1-5 4.3 is applied to I "
                "sections, channels, tees, hollow sections and boxes, and a circular hollow section needs EN 1993-1-6)";
     case LateralTorsionalNotCovered:
-        return "lateral-torsional buckling is not computed for this member: an angle or a Z section needs its critical "
-               "moment about the principal axes, and a tee or an I section with unequal flanges whose critical moment "
-               "is not found cannot take the closed form (it leaves out the Wagner term)";
+        return "lateral-torsional buckling is not computed for this member: an unequal angle bent about u (its Wagner "
+               "term) or loaded above its shear centre, or a Z section, needs its critical moment given, and a tee or an "
+               "I section with unequal flanges whose critical moment is not found cannot take the closed form (it "
+               "leaves out the Wagner term)";
     case TorsionalFlexuralNotChecked:
         return "torsional and torsional-flexural buckling (6.3.1.4) is not checked: the member has no torsional "
                "buckling length (LLT or Lcr,z)";
     case NonPrincipalBending:
-        return "bending of an angle or a Z section about axes parallel to its legs or flanges, which are not its "
-               "principal axes: the checks in bending need the principal axes, which they do not use";
+        return "bending of a Z section about axes parallel to its flanges, which are not its principal axes: the "
+               "checks in bending need the principal axes, which they do not use";
+    case AngleInteractionNotCovered:
+        return "compression with bending of an angle: the interaction (6.61), (6.62) about the principal axes u and v "
+               "is not computed";
     }
     return "";
 }

@@ -51,18 +51,21 @@ enum Limitation : std::uint32_t {
     // (circular hollow sections need EN 1993-1-6; solid and cold-formed kinds without plates).
     Class4NotCovered = 1u << 10,
     // EN 1993-1-1 evaluation: lateral-torsional buckling whose critical moment is outside our scope
-    // (angles and Z sections: bending about axes that are not principal; a tee or an unequal-flange I whose
-    // critical moment is not found).
+    // (an unequal angle bent about u, or with its load above the shear centre; Z sections: bending about
+    // axes that are not principal; a tee or an unequal-flange I whose critical moment is not found).
     LateralTorsionalNotCovered = 1u << 11,
     // EN 1993-1-1 evaluation: torsional and torsional-flexural buckling (6.3.1.4) of a member in
     // compression is not checked: the member has no torsional buckling length.
     TorsionalFlexuralNotChecked = 1u << 12,
-    // EN 1993-1-1 evaluation: bending of an angle or a Z section, whose y and z are not its principal axes:
-    // the stresses and resistances in bending need the principal axes.
+    // EN 1993-1-1 evaluation: bending of a Z section, whose y and z are not its principal axes: the
+    // stresses and resistances in bending need the principal axes.
     NonPrincipalBending = 1u << 13,
+    // EN 1993-1-1 evaluation: compression with bending of an angle: the interaction (6.61), (6.62) in the
+    // principal axes is outside our scope.
+    AngleInteractionNotCovered = 1u << 14,
 };
 
-inline constexpr std::uint32_t limitationCount = 14;
+inline constexpr std::uint32_t limitationCount = 15;
 
 // "not verified: class 4 needs effective section properties" without the prefix: the reason of one flag.
 const char* describe(Limitation limitation);

@@ -449,15 +449,16 @@ TEST(EnMember, ScopeLimitsAndBadInputs)
 {
     KaConstrSteel steel = *KaConstrSteel::fromName("S235");
     EnMember m;
-    // An angle: lateral-torsional buckling about leg axes without a given Mcr is not covered (unless
-    // EnCriticalMoment gives one); compression buckles about the minor principal axis v.
+    // An angle: My is about its major principal axis u. An unequal angle has a Wagner term about u: its
+    // lateral-torsional buckling is not covered without a given Mcr; compression buckles about the minor
+    // principal axis v.
+    auto unequal = SDBCatalogue::get("L 150x90x10");
+    MemberRequest r = request(*unequal, steel, Forces(0, 5, 0, 0, 0, 0), 2.0, {5, 5, 5});
+    evaluateEnMember(r, crossOf(3, 235000), 0.0, m);
+    EXPECT_TRUE(m.limitations & LateralTorsionalNotCovered);
+    EXPECT_FALSE(m.utilization[1].hasValue());
     auto angle = SDBCatalogue::get("L 100x100x10");
-    MemberRequest r = request(*angle, steel, Forces(0, 5, 0, 0, 0, 0), 2.0, {5, 5, 5});
-    evaluateEnMember(r, crossOf(1, 235000), 0.0, m);
-    if (m.Mcr == 0.0) {
-        EXPECT_TRUE(m.limitations & LateralTorsionalNotCovered);
-        EXPECT_FALSE(m.utilization[1].hasValue());
-    }
+    r = request(*angle, steel, Forces(0, 5, 0, 0, 0, 0), 2.0, {5, 5, 5});
     r.forces = Forces(-100, 0, 0, 0, 0, 0);
     evaluateEnMember(r, crossOf(3, 235000), 0.0, m);
     const SDBProperties& p = angle->getProperties();
@@ -466,7 +467,7 @@ TEST(EnMember, ScopeLimitsAndBadInputs)
     EXPECT_LT(m.NcrZ, pi * pi * E * p.Iz / 4.0);
     r.forces = Forces(-100, 5, 0, 0, 0, 0);
     evaluateEnMember(r, crossOf(3, 235000), 0.0, m);
-    EXPECT_TRUE(m.limitations & LateralTorsionalNotCovered);
+    EXPECT_TRUE(m.limitations & AngleInteractionNotCovered);
     EXPECT_FALSE(m.utilization[2].hasValue());
 
     // A CHS does not buckle laterally: Mb,Rd = Mc,Rd.

@@ -162,7 +162,7 @@ struct MemberResult : ResultCore {
 };
 
 std::unique_ptr<CheckResult> check(const std::string& name, const std::string& steelGrade, double N, double My,
-                                   double Mz, double Mt, double Vy, double Vz, std::optional<double> gammaM0,
+                                   double Mz, double Mt, double Vy, double Vz, bool legAxes, std::optional<double> gammaM0,
                                    bool elastic, const std::string& mode, const std::string& situation,
                                    const std::string& rulesName)
 {
@@ -171,7 +171,9 @@ std::unique_ptr<CheckResult> check(const std::string& name, const std::string& s
     design::applyStandard(mode, situation);
     if (gammaM0 && !(finite("gamma_m0", *gammaM0) > 0.0))
         throw py::value_error("gamma_m0: must be positive, got " + design::shortestText(*gammaM0));
-    r->request = design::CrossSectionRequest{r->section.get(), &r->steel, forcesOf(N, My, Mz, Mt, Vy, Vz).toForces(),
+    design::ForceInput forces = forcesOf(N, My, Mz, Mt, Vy, Vz);
+    forces.legAxes = legAxes;
+    r->request = design::CrossSectionRequest{r->section.get(), &r->steel, forces.toForces(*r->section),
                                              gammaM0.value_or(0.0), elastic};
     r->outcome.emplace(design::evaluateCrossSection(r->request));
     r->summary = report::checkSummary(r->request, *r->outcome, r->rules);
@@ -193,7 +195,7 @@ std::string momentsText(const char* name, const std::optional<std::vector<double
 }
 
 std::unique_ptr<MemberResult> member(const std::string& name, const std::string& steelGrade, double N, double My, double Mz, double Mt,
-                  double Vy, double Vz, std::optional<double> length, std::optional<double> lcrY,
+                  double Vy, double Vz, bool legAxes, std::optional<double> length, std::optional<double> lcrY,
                   std::optional<double> lcrZ, std::optional<double> lLT, std::optional<double> lcrT, double gammaM1,
                   const std::optional<std::vector<double>>& momentsY, const std::string& diagramY,
                   const std::optional<std::vector<double>>& momentsZ, const std::string& diagramZ,
@@ -206,6 +208,7 @@ std::unique_ptr<MemberResult> member(const std::string& name, const std::string&
                                             design::rulesByName(rulesName));
     design::MemberInput o;
     o.forces = forcesOf(N, My, Mz, Mt, Vy, Vz);
+    o.forces.legAxes = legAxes;
     o.standard = design::StandardInput{mode, situation};
     o.length = finite("length", length);
     o.lengthY = finite("lcr_y", lcrY);
@@ -567,12 +570,12 @@ PYBIND11_MODULE(_core, m)
     m.def("section", &section, py::arg("name"), "Dimensions and properties of a section (m, m2, m4, m6).");
     m.def("check", &check, py::arg("section"), py::arg("steel") = "S355", py::kw_only(), py::arg("N") = 0.0,
           py::arg("My") = 0.0, py::arg("Mz") = 0.0, py::arg("Mt") = 0.0, py::arg("Vy") = 0.0, py::arg("Vz") = 0.0,
-          py::arg("gamma_m0") = py::none(), py::arg("elastic") = false, py::arg("mode") = "EN",
+          py::arg("leg_axes") = false, py::arg("gamma_m0") = py::none(), py::arg("elastic") = false, py::arg("mode") = "EN",
           py::arg("situation") = "persistent", py::arg("rules") = "en",
           "The cross-section check, as `steeldesign check --json`.");
     m.def("member", &member, py::arg("section"), py::arg("steel") = "S355", py::kw_only(), py::arg("N") = 0.0,
           py::arg("My") = 0.0, py::arg("Mz") = 0.0, py::arg("Mt") = 0.0, py::arg("Vy") = 0.0, py::arg("Vz") = 0.0,
-          py::arg("length") = py::none(), py::arg("lcr_y") = py::none(), py::arg("lcr_z") = py::none(),
+          py::arg("leg_axes") = false, py::arg("length") = py::none(), py::arg("lcr_y") = py::none(), py::arg("lcr_z") = py::none(),
           py::arg("l_lt") = py::none(), py::arg("lcr_t") = py::none(), py::arg("gamma_m1") = 1.0, py::arg("moments_y") = py::none(),
           py::arg("diagram_y") = "polygonal", py::arg("moments_z") = py::none(), py::arg("diagram_z") = "polygonal",
           py::arg("max_moment") = py::none(), py::arg("load_point") = "center", py::arg("mcr") = 0.0,

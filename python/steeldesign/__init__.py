@@ -160,7 +160,8 @@ def section(name):
 
 def check(section, steel="S355", **kwargs):
     """The cross-section check of EN 1993-1-1 6.2 of a section (catalogue designation or dimensions) in a
-    steel grade. Keywords: N, Vy, Vz (kN; compression negative), My, Mz, Mt (kNm), gamma_m0 (None: the
+    steel grade. Keywords: N, Vy, Vz (kN; compression negative), My, Mz, Mt (kNm; an angle's My, Mz, Vy, Vz
+    are about its principal axes u, v, or about its legs with leg_axes=True), gamma_m0 (None: the
     standard's), elastic (elastic resistances only), mode (EN, UK, RolledLTB or a number), situation
     (persistent, transient, accidental, seismic), rules ("en" or "library"). A Result: verdict, governing,
     governing_utilization, utilizations at once; to_dict() for every value of `steeldesign check --json`."""

@@ -43,6 +43,7 @@ def check(
     Mt: float = 0.0,           # kNm
     Vy: float = 0.0,           # kN
     Vz: float = 0.0,           # kN
+    leg_axes: bool = False,    # My, Mz, Vy, Vz about an angle's legs (turned into u, v); default: about u, v
     gamma_m0: Optional[float] = None,   # None: the standard's value
     elastic: bool = False,
     mode: str = "EN",          # EN, UK, RolledLTB or a mode number
@@ -61,6 +62,7 @@ def member(
     Mt: float = 0.0,
     Vy: float = 0.0,
     Vz: float = 0.0,
+    leg_axes: bool = False,
     length: Optional[float] = None,     # m, Lcr,y = Lcr,z = L_LT
     lcr_y: Optional[float] = None,      # m
     lcr_z: Optional[float] = None,      # m
