@@ -425,3 +425,13 @@ def test_dask_checks_a_file_pattern_into_csv_parts(tmp_path, capsys):
             raise ValueError("out: Parquet (skipped: pyarrow is installed)")
         except ImportError:
             sdd.check_files(str(tmp_path / "model-*.csv"), str(tmp_path / "results.parquet"), progress=False)
+
+
+def test_leg_axes_as_the_command_s():
+    args = ["L 100x65x10", "--steel", "S235", "--My", "2", "--Mz", "-0.5", "--leg-axes"]
+    assert sd.check("L 100x65x10", "S235", My=2, Mz=-0.5, leg_axes=True).to_dict() == command_json("check", *args)
+    assert sd.member("L 80x80x8", "S235", My=1.5, length=2, leg_axes=True).to_dict() == \
+        command_json("member", "L 80x80x8", "--steel", "S235", "--My", "1.5", "--length", "2", "--leg-axes")
+    plain = sd.check("L 80x80x8", "S235", My=3)
+    legs = sd.check("L 80x80x8", "S235", My=3, leg_axes=True)
+    assert legs.utilizations["Bending"] > plain.utilizations["Bending"]  # unrestrained about a leg
