@@ -127,39 +127,38 @@ struct ResultCore {
     }
 };
 
-// The cross-section check's result; the document of `check --json` only when to_dict() asks for it.
-struct CheckResult : ResultCore {
+// A check's result (Request, Outcome: the cross-section's or the member's); the document of its --json
+// (json: report::checkJson or memberJson) made on the first to_dict(), under the result's own standard.
+template <class Request, class Outcome, auto json>
+struct Result : ResultCore {
     using ResultCore::ResultCore;
-    design::CrossSectionRequest request{};
-    std::optional<design::CrossSectionOutcome> outcome;
+    Request request{};
+    std::optional<Outcome> outcome;
 
     py::object toDict()
     {
         if (!document) {
             design::applyStandard(mode, situation);
-            document = toPython(report::checkJson(*section, steel, request, *outcome,
-                                                  design::findDepartures(request, *outcome), rules));
+            document = toPython(json(*section, steel, request, *outcome, design::findDepartures(request, *outcome), rules));
         }
         return document;
     }
 };
 
-// The member checks' result; the document of `member --json` only when to_dict() asks for it.
-struct MemberResult : ResultCore {
-    using ResultCore::ResultCore;
-    design::MemberRequest request{};
-    std::optional<design::MemberOutcome> outcome;
+nlohmann::json checkDocument(const SDBSection& s, const KaConstrSteel& steel, const design::CrossSectionRequest& r,
+                             const design::CrossSectionOutcome& o, const design::Departures& d, design::Rules rules)
+{
+    return report::checkJson(s, steel, r, o, d, rules);
+}
 
-    py::object toDict()
-    {
-        if (!document) {
-            design::applyStandard(mode, situation);
-            document = toPython(report::memberJson(*section, steel, request, *outcome,
-                                                   design::findDepartures(request, *outcome), rules));
-        }
-        return document;
-    }
-};
+nlohmann::json memberDocument(const SDBSection& s, const KaConstrSteel& steel, const design::MemberRequest& r,
+                              const design::MemberOutcome& o, const design::Departures& d, design::Rules rules)
+{
+    return report::memberJson(s, steel, r, o, d, rules);
+}
+
+using CheckResult = Result<design::CrossSectionRequest, design::CrossSectionOutcome, checkDocument>;
+using MemberResult = Result<design::MemberRequest, design::MemberOutcome, memberDocument>;
 
 std::unique_ptr<CheckResult> check(const std::string& name, const std::string& steelGrade, double N, double My,
                                    double Mz, double Mt, double Vy, double Vz, bool legAxes, std::optional<double> gammaM0,
