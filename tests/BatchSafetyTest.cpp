@@ -15,7 +15,10 @@
 #include <sstream>
 #include <string>
 #include <sys/wait.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
+#include <vector>
 
 namespace {
 
@@ -271,4 +274,68 @@ TEST(BatchSafety, ALineLongerThanTheLimitIsBadInputWithItsNumber)
     std::getline(results, second);
     ASSERT_NE(first.find(",checked,"), std::string::npos) << first;
     EXPECT_EQ(first.substr(first.find(",checked,")), second.substr(second.find(",checked,")));
+}
+
+namespace {
+
+// Runs the command with arguments in a child of its own (its output to /dev/null); the pid.
+pid_t spawn(const std::vector<std::string>& arguments)
+{
+    const pid_t pid = fork();
+    if (pid == 0) {
+        std::freopen("/dev/null", "w", stdout);
+        std::freopen("/dev/null", "w", stderr);
+        std::vector<char*> argv{const_cast<char*>(STEELDESIGN_CLI)};
+        for (const std::string& a : arguments) argv.push_back(const_cast<char*>(a.c_str()));
+        argv.push_back(nullptr);
+        execv(STEELDESIGN_CLI, argv.data());
+        _exit(127);
+    }
+    return pid;
+}
+
+int exitOf(pid_t pid)
+{
+    int status = 0;
+    waitpid(pid, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+} // namespace
+
+// Two batches writing the same --out at once: the later one is refused while the first holds the file
+// ("is being written by another run", exit 2) or runs after it; the file is always the complete output of
+// one run, never lines of both.
+TEST(BatchSafety, TwoConcurrentBatchesLeaveTheCompleteOutputOfOne)
+{
+    const Scratch s;
+    const std::string input = s.write("model.csv", repeatedExample(100000));
+    const std::string reference = s.path("reference.csv"), out = s.write("out.csv", "yesterday\n");
+    ASSERT_LE(exitOf(spawn({"batch", input, "--format", "csv", "--out", reference})), 3);
+    for (int round = 0; round < 2; ++round) {
+        const pid_t a = spawn({"batch", input, "--format", "csv", "--out", out});
+        const pid_t b = spawn({"batch", input, "--format", "csv", "--out", out});
+        const int ra = exitOf(a), rb = exitOf(b);
+        EXPECT_TRUE((ra <= 1 || ra == 3) || (rb <= 1 || rb == 3)) << ra << " " << rb;
+        for (const int r : {ra, rb}) EXPECT_TRUE(r == 0 || r == 1 || r == 2 || r == 3) << r;
+        EXPECT_EQ(slurp(out), slurp(reference)) << "round " << round;
+        std::size_t entries = 0;
+        for (const auto& entry : fs::directory_iterator(fs::path(out).parent_path())) entries += entry.is_regular_file();
+        EXPECT_EQ(entries, 3u);  // model, reference, out: no temporary left
+    }
+}
+
+// A device node in the test's own folder (a private copy of /dev/null's numbers): --out never replaces it
+// with a file.
+TEST(BatchSafety, APrivateDeviceNodeIsNeverReplaced)
+{
+    const Scratch s;
+    const std::string node = s.path("null");
+    if (::mknod(node.c_str(), S_IFCHR | 0600, makedev(1, 3)) != 0) GTEST_SKIP() << "mknod needs privileges here";
+    const CommandRun r = runSteeldesign("batch " + example + " --out " + node);
+    EXPECT_EQ(r.exitCode, 2);
+    EXPECT_TRUE(fs::is_character_file(node));
+    const CommandRun html = runSteeldesign("report " + example + " --out " + node);
+    EXPECT_EQ(html.exitCode, 2);
+    EXPECT_TRUE(fs::is_character_file(node));
 }

@@ -435,3 +435,33 @@ def test_leg_axes_as_the_command_s():
     plain = sd.check("L 80x80x8", "S235", My=3)
     legs = sd.check("L 80x80x8", "S235", My=3, leg_axes=True)
     assert legs.utilizations["Bending"] > plain.utilizations["Bending"]  # unrestrained about a leg
+
+
+def test_random_object_columns_equal_the_float_frame():
+    # Many random trials of the forms data from SQL, Excel or JSON takes: each number column as float64,
+    # object (floats, ints, Decimals, numpy scalars, texts of the number), nullable Float64 or category;
+    # section and steel as category. Run under AddressSanitizer in CI: any read of freed memory fails it.
+    from decimal import Decimal
+    rng = np.random.default_rng(28)
+    frame = repeated_example(300)
+    expected = sd.member_frame(frame)
+    numbers = ["N", "My", "Mz", "Mt", "Vy", "Vz", "length"]
+    forms = [
+        lambda s: s,
+        lambda s: pd.Series([float(v) for v in s], dtype=object, index=s.index),
+        lambda s: pd.Series([Decimal(repr(float(v))) for v in s], dtype=object, index=s.index),
+        lambda s: pd.Series([repr(float(v)) for v in s], dtype=object, index=s.index),
+        lambda s: pd.Series([np.float64(v) if i % 2 else int(v) if float(v).is_integer() else float(v)
+                             for i, v in enumerate(s)], dtype=object, index=s.index),
+        lambda s: s.astype("Float64"),
+        lambda s: s.astype("category"),
+    ]
+    for trial in range(25):
+        mixed = frame.copy()
+        for name in numbers:
+            mixed[name] = forms[rng.integers(len(forms))](frame[name])
+        for name in ("section", "steel"):
+            if rng.random() < 0.5:
+                mixed[name] = frame[name].astype("category")
+        pd.testing.assert_frame_equal(sd.member_frame(mixed, jobs=int(rng.integers(1, 3))), expected,
+                                      check_exact=True, obj=f"trial {trial}")
