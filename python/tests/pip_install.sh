@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # pip installs the package as a Python user does, into a fresh venv that sees the system's NumPy and
 # pandas, with nothing downloaded; then `import steeldesign` works from another folder and is the
-# installed one. Usage: pip_install.sh BUILD_DIR SOURCE_DIR (the module is taken from BUILD_DIR).
+# installed one, and the module's tests pass against it. Usage: pip_install.sh BUILD_DIR SOURCE_DIR [CLI]
+# (the module is taken from BUILD_DIR; CLI, the command the tests compare with).
 set -euo pipefail
 build=$(cd "$1" && pwd)
 source=$(cd "$2" && pwd)
@@ -22,3 +23,9 @@ r = sd.check("IPE 300", "S355", N=-100)
 print("installed:", sd.__file__, r.verdict)
 assert r.verdict == "fulfilled"
 PY
+if [ -n "${3:-}" ]; then
+    # pytest against the installed module: no PYTHONPATH, run from outside the checkout.
+    env -u PYTHONPATH STEELDESIGN_CLI="$3" STEELDESIGN_SOURCE_DIR="$source" \
+        "$work/venv/bin/python" -m pytest -q -p no:cacheprovider "$source/python/tests"
+    echo "pytest passed against the installed module"
+fi
