@@ -15,7 +15,9 @@
 #include <design/MemberDesign.h>
 #include <design/MomentDiagram.h>
 #include <design/SectionNotation.h>
+#include <design/ShearCentre.h>
 #include <design/Trace.h>
+#include <design/TraceSheet.h>
 
 #include <algorithm>
 #include <cmath>
@@ -343,6 +345,26 @@ std::string momentChart(const ReportMember& m)
 
 std::string lengthText(double l) { return l > 0.0 ? number(l, 3) + " m" : "-"; }
 
+// The properties the checks read, with their source, so that a value of the page can be recomputed by hand.
+std::string sectionPropertiesText(const SDBSection& s)
+{
+    using namespace design::tracetext;
+    const SDBProperties& p = s.getProperties();
+    std::string text = (design::isDimensionNotation(s.getName()) ? "from the dimensions (thin-walled formulas): "
+                                                                 : "from the catalogue's dimensions: ") +
+                       std::string("A = ") + cm2(p.A) + ", Iy = " + cm4(p.Iy) + ", Iz = " + cm4(p.Iz) + ", It = " +
+                       cm4(p.It) + ", Iw = " + cm6(p.Iw) + ", Wel,y = " + cm3(p.Wely) + ", Wpl,y = " + cm3(p.Wply) +
+                       ", Wel,z = " + cm3(p.Welz) + ", Wpl,z = " + cm3(p.Wplz);
+    const design::SectionAxes axes = design::sectionAxes(s);
+    if (axes.principal.rotated)
+        text += "; principal axes: Iu = " + cm4(axes.principal.Iu) + ", Iv = " + cm4(axes.principal.Iv) +
+                ", alpha = " + number(axes.alphaDegrees(), 2) + "° (y to u)";
+    if (axes.shearCentre.known && (axes.shearCentre.ysc != 0.0 || axes.shearCentre.zsc != 0.0))
+        text += "; shear centre ysc = " + mm(axes.shearCentre.ysc) + ", zsc = " + mm(axes.shearCentre.zsc) +
+                " from the centroid, i0 = " + mm(axes.i0);
+    return text;
+}
+
 void inputsTable(std::string& out, const ReportMember& m, double fy)
 {
     const SteelDesign::Forces& f = m.cross.forces;
@@ -355,6 +377,7 @@ void inputsTable(std::string& out, const ReportMember& m, double fy)
         out += "</td></tr>";
     };
     row("section", m.section->getName());
+    row("section properties", sectionPropertiesText(*m.section));
     row("steel", m.steel->getName() + ", fy = " + number(fy / 1000.0, 0) + " N/mm²");
     row("design forces", describeForces(f));
     row("partial factors", "γM0 = " + (m.cross.gammaM0 > 1e-6 ? number(m.cross.gammaM0, 2) : std::string("from the standard")) +
