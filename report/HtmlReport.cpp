@@ -350,8 +350,7 @@ std::string sectionPropertiesText(const SDBSection& s)
 {
     using namespace design::tracetext;
     const SDBProperties& p = s.getProperties();
-    std::string text = (design::isDimensionNotation(s.getName()) ? "from the dimensions (thin-walled formulas): "
-                                                                 : "from the catalogue's dimensions: ") +
+    std::string text = (design::isDimensionNotation(s.getName()) ? "dimensions: " : "catalogue: ") +
                        std::string("A = ") + cm2(p.A) + ", Iy = " + cm4(p.Iy) + ", Iz = " + cm4(p.Iz) + ", It = " +
                        cm4(p.It) + ", Iw = " + cm6(p.Iw) + ", Wel,y = " + cm3(p.Wely) + ", Wpl,y = " + cm3(p.Wply) +
                        ", Wel,z = " + cm3(p.Welz) + ", Wpl,z = " + cm3(p.Wplz);
