@@ -25,6 +25,13 @@ __all__ = ["section", "check", "member", "mcr", "check_frame", "member_frame", "
            "RESULT_COLUMNS"]
 
 
+def _headline(attribute, key, doc):
+    """A value read from the C++ result at once (its document's key for an mcr result, a document already)."""
+    def get(self):
+        return getattr(self._core, attribute) if self._core is not None else self._values.get(key)
+    return property(get, doc=doc)
+
+
 class Result:
     """The result of a check. verdict, governing, governing_utilization, utilizations, section_class and
     not_verified are read from the C++ result at once; every other value of the command's JSON (NRd,
@@ -46,35 +53,14 @@ class Result:
             self._document = self._core.to_dict()
         return self._document
 
-    @property
-    def verdict(self):
-        """fulfilled, not fulfilled, not verified (a member check: also not applicable)."""
-        return self._core.verdict if self._core is not None else self._values.get("verdict")
-
-    @property
-    def governing(self):
-        """The check with the largest utilization under the rules (None: none)."""
-        return self._core.governing if self._core is not None else self._values.get("governing")
-
-    @property
-    def governing_utilization(self):
-        """Its utilization (None: none computed)."""
-        return self._core.governing_utilization if self._core is not None else self._values.get("governingUtilization")
-
-    @property
-    def utilizations(self):
-        """The utilization of each check under the rules (None: not computed), as the JSON's "utilizations"."""
-        return self._core.utilizations if self._core is not None else self._values.get("utilizations")
-
-    @property
-    def section_class(self):
-        """The cross-section class under the rules (1 to 4)."""
-        return self._core.section_class if self._core is not None else self._values.get("class")
-
-    @property
-    def not_verified(self):
-        """Why something was not verified (None: everything was)."""
-        return self._core.not_verified if self._core is not None else self._values.get("notVerified")
+    verdict = _headline("verdict", "verdict", "fulfilled, not fulfilled, not verified (a member check: also not applicable).")
+    governing = _headline("governing", "governing", "The check with the largest utilization under the rules (None: none).")
+    governing_utilization = _headline("governing_utilization", "governingUtilization",
+                                      "Its utilization (None: none computed).")
+    utilizations = _headline("utilizations", "utilizations",
+                             "The utilization of each check under the rules (None: not computed).")
+    section_class = _headline("section_class", "class", "The cross-section class under the rules (1 to 4).")
+    not_verified = _headline("not_verified", "notVerified", "Why something was not verified (None: everything was).")
 
     def __getattr__(self, name):
         if name.startswith("__"):
