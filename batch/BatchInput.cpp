@@ -168,9 +168,18 @@ using Cells = std::map<std::string, std::optional<std::string>, std::less<>>;
 // row's Cells); absent when the row has no such column or a null.
 using CellViews = std::array<std::optional<std::string_view>, columnCount>;
 
+// Cells given as numbers by a caller that holds its columns in memory, by column index.
+struct NumberCells {
+    std::array<double, columnCount> value{};
+    std::array<bool, columnCount> given{};
+};
+
 class RowReader {
 public:
-    RowReader(const CellViews& cells, std::size_t line) : cells_(cells), line_(line) {}
+    RowReader(const CellViews& cells, std::size_t line, const NumberCells* numbers = nullptr)
+        : cells_(cells), line_(line), numbers_(numbers)
+    {
+    }
 
     // The cell's text, or an empty view when the cell is absent or empty.
     std::string_view view(Column field) const
@@ -188,6 +197,7 @@ public:
     // A plain decimal is read here, inline; any other text (and an error) by the slower path.
     [[gnu::always_inline]] std::optional<double> number(Column field) const
     {
+        if (numbers_ && numbers_->given[field]) return numbers_->value[field];
         const std::string_view cell = view(field);
         if (cell.empty()) return std::nullopt;
         double x = 0.0;
@@ -248,13 +258,14 @@ public:
 private:
     const CellViews& cells_;
     std::size_t line_;
+    const NumberCells* numbers_;
 };
 
 // The row of the cells into out. A MemberRow already there is parsed over in place, so that its texts keep
 // their memory from chunk to chunk: every field is assigned.
-void parseRow(const CellViews& cells, std::size_t line, BatchRow& out)
+void parseRow(const CellViews& cells, std::size_t line, BatchRow& out, const NumberCells* numbers = nullptr)
 {
-    const RowReader r(cells, line);
+    const RowReader r(cells, line, numbers);
     if (!std::holds_alternative<MemberRow>(out)) out.emplace<MemberRow>();
     MemberRow& row = std::get<MemberRow>(out);
     try {
@@ -346,9 +357,9 @@ struct CsvHeader {
     std::vector<std::size_t> columnOfField;
 };
 
-CsvHeader parseHeader(std::string_view line, std::size_t lineNo)
+// The header of the column names (trimmed) given on line lineNo.
+CsvHeader headerOf(const std::vector<std::string>& header, std::size_t lineNo)
 {
-    const std::vector<std::string> header = splitCsv(std::string(line));
     for (const char* column : requiredColumns)
         if (std::find(header.begin(), header.end(), column) == header.end())
             throw InputError(std::string("batch: the header (line ") + std::to_string(lineNo) +
@@ -370,6 +381,8 @@ CsvHeader parseHeader(std::string_view line, std::size_t lineNo)
         if (h.position[c] < h.fields) h.columnOfField[h.position[c]] = c;
     return h;
 }
+
+CsvHeader parseHeader(std::string_view line, std::size_t lineNo) { return headerOf(splitCsv(std::string(line)), lineNo); }
 
 // The cells of a CSV record without quotes, trimmed, straight into their columns; the number of fields
 // and the first one. False when the line holds a quote (splitCsv then takes it apart).
@@ -593,6 +606,37 @@ void stopOnFatal(const BatchRow& row)
 {
     const auto* e = std::get_if<RowError>(&row);
     if (e && e->fatal) throw InputError("batch: line " + std::to_string(e->line) + ": " + e->message);
+}
+
+ColumnLayout::ColumnLayout(const std::vector<std::string>& names)
+{
+    std::vector<std::string> trimmed;
+    trimmed.reserve(names.size());
+    for (const std::string& name : names) trimmed.push_back(trim(name));
+    columnOfField_ = headerOf(trimmed, 1).columnOfField;
+}
+
+ColumnLayout::~ColumnLayout() = default;
+
+std::size_t ColumnLayout::size() const { return columnOfField_.size(); }
+
+bool ColumnLayout::isNumber(std::size_t i) const { return isNumberColumn(columnOfField_[i]); }
+
+void ColumnLayout::parse(const InputCell* cells, std::size_t row, BatchRow& out) const
+{
+    CellViews views;
+    NumberCells numbers;
+    for (std::size_t i = 0; i < columnOfField_.size(); ++i) {
+        const std::size_t column = columnOfField_[i];
+        const InputCell& cell = cells[i];
+        if (cell.kind == InputCell::Kind::Text) {
+            views[column] = trimView(cell.text);
+        } else if (cell.kind == InputCell::Kind::Number && isNumberColumn(column)) {
+            numbers.value[column] = cell.number;
+            numbers.given[column] = true;
+        }
+    }
+    parseRow(views, row + 2, out, &numbers);
 }
 
 BatchFormat formatOf(const std::string& fileName)

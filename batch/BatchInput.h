@@ -122,6 +122,34 @@ private:
     std::unique_ptr<Impl> impl_;
 };
 
+// Rows whose cells a caller holds in memory, column by column (the columns of a Python frame), read as
+// the CSV rows holding the same cells are read, without their text: a number column may take its cells
+// as numbers. The line of a row is the one it would have in that CSV (row 0: line 2).
+struct InputCell {
+    enum class Kind : unsigned char { Absent, Text, Number };
+    Kind kind = Kind::Absent;
+    std::string_view text;  // Kind::Text: the cell as typed (trimmed here; empty: absent)
+    double number = 0.0;    // Kind::Number: a finite value (a NaN, an infinity or a subnormal is given as text)
+};
+
+class ColumnLayout {
+public:
+    // The column names, checked as a CSV header is: a required column missing, an unknown one or one
+    // named twice throws InputError.
+    explicit ColumnLayout(const std::vector<std::string>& names);
+    ~ColumnLayout();
+    ColumnLayout(const ColumnLayout&) = delete;
+    ColumnLayout& operator=(const ColumnLayout&) = delete;
+    std::size_t size() const;
+    // Whether the cells of column i are read as numbers (those may be given as Kind::Number).
+    bool isNumber(std::size_t i) const;
+    // cells[i] is the cell of column i; a MemberRow already in out is parsed over in place.
+    void parse(const InputCell* cells, std::size_t row, BatchRow& out) const;
+
+private:
+    std::vector<std::size_t> columnOfField_;
+};
+
 // Every row of the input at once.
 std::vector<BatchRow> readBatch(std::istream& in, BatchFormat format);
 

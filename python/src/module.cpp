@@ -4,6 +4,7 @@
 
 #include <batch/BatchInput.h>
 #include <batch/BatchRun.h>
+#include <batch/Parallel.h>
 #include <report/ResultJson.h>
 
 #include <design/DesignBasis.h>
@@ -277,21 +278,8 @@ py::object mcr(const std::string& name, double length, const std::optional<std::
     return toPython(report::mcrJson(o));
 }
 
-// A text cell of the CSV the batch reads, quoted where needed; a line break cannot be carried.
-void appendCell(std::string& out, std::string_view text, const std::string& column, std::size_t row)
-{
-    if (text.find_first_of("\r\n") != std::string_view::npos)
-        throw py::value_error(column + ": row " + std::to_string(row) + " holds a line break");
-    if (text.find_first_of(",\"") == std::string_view::npos) {
-        out += text;
-        return;
-    }
-    out += '"';
-    for (char c : text) out += c == '"' ? std::string("\"\"") : std::string(1, c);
-    out += '"';
-}
-
-// One column read in C++ from its NumPy array, each cell appended as the batch's text: numbers exactly
+// One column read in C++ from its NumPy array, each cell handed to the batch's row parser as the cell of
+// the CSV holding it: numbers as numbers where the column reads numbers, else as their shortest text
 // (NaN: empty), booleans as true/false, objects by their kind (None and NaN: empty).
 class Column {
 public:
@@ -303,11 +291,13 @@ public:
             throw py::value_error(name_ + ": expected " + std::to_string(rows) + " values");
         const char kind = array.dtype().kind();
         if (kind == 'f' || kind == 'i' || kind == 'u') {
-            kind_ = Kind::Numbers;
+            kind_ = Kind_::Numbers;
             numbers_ = py::array_t<double, py::array::c_style | py::array::forcecast>::ensure(array);
+            numberData_ = numbers_.data();
         } else if (kind == 'b') {
-            kind_ = Kind::Flags;
+            kind_ = Kind_::Flags;
             flags_ = py::array_t<bool, py::array::c_style | py::array::forcecast>::ensure(array);
+            flagData_ = flags_.data();
         } else {
             objects_ = py::array::ensure(array.attr("astype")("O"), py::array::c_style);
             // Python objects are read with the GIL: their text is taken here, once.
@@ -346,15 +336,31 @@ public:
     Column& operator=(Column&&) = default;
 
     const std::string& name() const { return name_; }
-    void append(std::string& out, std::size_t row) const
+    // The cell of a row; scratch holds the text of a number given as text. Reads no Python object: runs
+    // without the GIL.
+    void cell(std::size_t row, bool asNumber, batch::InputCell& out, std::string& scratch) const
     {
-        if (kind_ == Kind::Numbers) {
-            const double v = numbers_.data()[row];
-            if (!std::isnan(v)) out += design::shortestText(v);
-        } else if (kind_ == Kind::Flags) {
-            out += flags_.data()[row] ? "true" : "false";
+        using Kind = batch::InputCell::Kind;
+        out.kind = Kind::Absent;
+        if (kind_ == Kind_::Numbers) {
+            const double v = numberData_[row];
+            if (std::isnan(v)) return;
+            // A normal value (or zero) is the number its shortest text reads back as; the others go as
+            // that text, whose reading refuses them with the batch's message.
+            if (asNumber && (v == 0.0 || std::isnormal(v))) {
+                out.kind = Kind::Number;
+                out.number = v;
+                return;
+            }
+            scratch = design::shortestText(v);
+            out.kind = Kind::Text;
+            out.text = scratch;
+        } else if (kind_ == Kind_::Flags) {
+            out.kind = Kind::Text;
+            out.text = flagData_[row] ? "true" : "false";
         } else if (present_[row]) {
-            appendCell(out, texts_[row], name_, row);
+            out.kind = Kind::Text;
+            out.text = texts_[row];
         }
     }
 
@@ -366,9 +372,11 @@ private:
         return type.ends_with("NAType") || type.ends_with("NaTType");
     }
 
-    enum class Kind { Numbers, Flags, Objects };
+    enum class Kind_ { Numbers, Flags, Objects };
     std::string name_;
-    Kind kind_ = Kind::Objects;
+    Kind_ kind_ = Kind_::Objects;
+    const double* numberData_ = nullptr;
+    const bool* flagData_ = nullptr;
     py::array_t<double, py::array::c_style | py::array::forcecast> numbers_;
     py::array_t<bool, py::array::c_style | py::array::forcecast> flags_;
     py::array objects_;                 // keeps the strings whose UTF-8 texts_ views
@@ -377,45 +385,42 @@ private:
     std::deque<std::string> owned_;     // texts of other objects
 };
 
-// The columns as the CSV text the batch reads: a header of the column names, then a line per row.
-std::string batchText(const py::dict& columns, std::size_t rows)
+// The columns of a frame, read once with the GIL.
+std::vector<Column> readColumns(const py::dict& columns, std::size_t rows)
 {
     std::vector<Column> read;
     read.reserve(columns.size());
     for (const auto& [key, values] : columns) read.emplace_back(py::str(key).cast<std::string>(), values, rows);
-    std::string text;
-    for (std::size_t c = 0; c < read.size(); ++c) {
-        if (c) text += ',';
-        appendCell(text, read[c].name(), "header", 0);
-    }
-    text += '\n';
-    text.reserve(text.size() + rows * 16 * (read.size() + 1));
-    for (std::size_t r = 0; r < rows; ++r) {
-        for (std::size_t c = 0; c < read.size(); ++c) {
-            if (c) text += ',';
-            read[c].append(text, r);
-        }
-        text += '\n';
-    }
-    return text;
+    return read;
 }
 
-// Runs the rows of a batch text through the batch's reader and evaluator, chunk by chunk, handing each
-// chunk's results (and the index of its first row) to `take`.
+// Runs the rows of the columns through the batch's row parser and evaluator, chunk by chunk, handing
+// each chunk's results (and the index of its first row) to `take`. Needs no GIL.
 template <typename Take>
-void runBatchText(std::string text, unsigned jobs, design::Rules rules, Take take)
+void runColumns(const std::vector<Column>& read, const batch::ColumnLayout& layout, std::size_t rows,
+                unsigned jobs, design::Rules rules, Take take)
 {
     design::StandardInput{}.apply();  // the batch's standard: EN, persistent situation
-    std::istringstream in(std::move(text));
-    batch::BatchReader reader(in, batch::BatchFormat::Csv, jobs);
     batch::BatchEvaluator evaluator(jobs, rules);
+    constexpr std::size_t chunkRows = 8192;
     std::vector<batch::BatchRow> chunk;
     std::vector<batch::RowResult> results;
-    std::size_t first = 0;
-    while (reader.next(chunk, 8192)) {
+    std::vector<bool> asNumber(read.size());
+    for (std::size_t c = 0; c < read.size(); ++c) asNumber[c] = layout.isNumber(c);
+    for (std::size_t first = 0; first < rows; first += chunkRows) {
+        const std::size_t n = std::min(chunkRows, rows - first);
+        chunk.resize(n);
+        batch::forEachChunk(n, 1024, jobs, [&](std::size_t begin, std::size_t end) {
+            std::vector<batch::InputCell> cells(read.size());
+            std::vector<std::string> scratch(read.size());
+            for (std::size_t k = begin; k < end; ++k) {
+                for (std::size_t c = 0; c < read.size(); ++c)
+                    read[c].cell(first + k, asNumber[c], cells[c], scratch[c]);
+                layout.parse(cells.data(), first + k, chunk[k]);
+            }
+        });
         evaluator.run(chunk, results);
         take(results, first);
-        first += results.size();
     }
 }
 
@@ -437,30 +442,88 @@ py::dict evaluateColumnsToArrays(const py::dict& columns, std::size_t rows, unsi
                                             "departures", "field", "message"};
     constexpr std::size_t codeCount = std::size(codeNames), numberCount = std::size(numberNames),
                           textCount = std::size(textNames);
-    std::string text = batchText(columns, rows);
+    const std::vector<Column> read = readColumns(columns, rows);
+    std::vector<std::string> names;
+    for (const Column& c : read) names.push_back(c.name());
+    const batch::ColumnLayout layout(names);
 
-    std::vector<std::vector<std::int64_t>> codes(codeCount, std::vector<std::int64_t>(rows, 0));
-    std::vector<std::uint8_t> codesMissing(rows, 1);  // the same rows for every code: the rejected ones
-    std::vector<std::vector<double>> numbers(numberCount, std::vector<double>(rows, std::nan("")));
+    // The result arrays, made before the run and written in place (no copy afterwards).
+    const auto n = static_cast<py::ssize_t>(rows);
+    py::dict out;
+    std::int64_t* codes[codeCount];
+    for (std::size_t c = 0; c < codeCount; ++c) {
+        py::array_t<std::int64_t> a(n);
+        codes[c] = a.mutable_data();
+        std::fill_n(codes[c], rows, std::int64_t{0});
+        out[codeNames[c]] = a;
+    }
+    double* numbers[numberCount];
+    for (std::size_t c = 0; c < numberCount; ++c) {
+        py::array_t<double> a(n);
+        numbers[c] = a.mutable_data();
+        std::fill_n(numbers[c], rows, std::nan(""));
+        const char* name = c == numberCount - 1 && rules == design::Rules::En ? "libraryUtilization" : numberNames[c];
+        out[name] = a;
+    }
+    py::array_t<bool> codesMissingArray(n), fulfilledArray(n);
+    bool* const codesMissing = codesMissingArray.mutable_data();  // the same rows for every code: the rejected ones
+    bool* const fulfilled = fulfilledArray.mutable_data();
+    std::fill_n(codesMissing, rows, true);
+    std::fill_n(fulfilled, rows, false);
     // Texts as indices into a table of distinct strings (0: empty), made into Python strings once.
     std::vector<std::vector<std::uint32_t>> texts(textCount, std::vector<std::uint32_t>(rows, 0));
     std::vector<std::string> table{""};
-    std::unordered_map<std::string, std::uint32_t> indexOf{{"", 0}};
-    std::vector<std::uint8_t> fulfilled(rows, 0);
+    struct TextHash {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view s) const { return std::hash<std::string_view>{}(s); }
+    };
+    std::unordered_map<std::string, std::uint32_t, TextHash, std::equal_to<>> indexOf{{"", 0}};
+    std::unordered_map<std::uint64_t, std::uint32_t> reasonIndex, departuresIndex;
     std::vector<std::string> ids(rows);
     {
         py::gil_scoped_release release;
-        auto intern = [&](const std::string& s) {
-            auto [it, added] = indexOf.try_emplace(s, static_cast<std::uint32_t>(table.size()));
-            if (added) table.push_back(s);
-            return it->second;
+        auto intern = [&](std::string_view s) {
+            auto it = indexOf.find(s);
+            if (it != indexOf.end()) return it->second;
+            const auto index = static_cast<std::uint32_t>(table.size());
+            table.emplace_back(s);
+            indexOf.emplace(table.back(), index);
+            return index;
         };
-        runBatchText(std::move(text), jobs, rules, [&](const std::vector<batch::RowResult>& results, std::size_t first) {
+        // The texts of a bit set, made once for each set met.
+        auto internSet = [&](std::unordered_map<std::uint64_t, std::uint32_t>& cache, std::uint64_t bits, auto describe) {
+            auto it = cache.find(bits);
+            if (it != cache.end()) return it->second;
+            const std::uint32_t index = intern(describe(bits));
+            cache.emplace(bits, index);
+            return index;
+        };
+        const std::uint32_t checked = intern("checked"), rejected = intern("rejected");
+        runColumns(read, layout, rows, jobs, rules, [&](const std::vector<batch::RowResult>& results, std::size_t first) {
+            // Numbers, codes and ids row by row on every core; the texts' table on this thread.
+            batch::forEachChunk(results.size(), 1024, jobs, [&](std::size_t begin, std::size_t end) {
+                for (std::size_t k = begin; k < end; ++k) {
+                    const batch::RowResult& r = results[k];
+                    const std::size_t i = first + k;
+                    ids[i] = r.id;  // mostly distinct: kept apart from the table of repeated texts
+                    if (r.rejected) continue;
+                    const int values[] = {r.sectionClass, r.errorCode, r.memberErrorCode, r.shearBucklingErrorCode};
+                    for (std::size_t c = 0; c < codeCount; ++c) codes[c][i] = values[c];
+                    codesMissing[i] = false;
+                    for (std::size_t c = 0; c < 7; ++c)
+                        if (r.crossSection[c]) numbers[c][i] = r.crossSection[c].value();
+                    for (std::size_t c = 0; c < 4; ++c)
+                        if (r.member[c]) numbers[7 + c][i] = r.member[c].value();
+                    if (!r.governing.empty()) numbers[11][i] = r.governingUtilization;
+                    const kat::Nullable<double>& other = rules == design::Rules::En ? r.libraryGoverning : r.enGoverning;
+                    if (other) numbers[12][i] = other.value();
+                    fulfilled[i] = r.fulfilled;
+                }
+            });
             for (std::size_t k = 0; k < results.size(); ++k) {
                 const batch::RowResult& r = results[k];
                 const std::size_t i = first + k;
-                ids[i] = r.id;  // mostly distinct: kept apart from the table of repeated texts
-                texts[1][i] = intern(r.rejected ? "rejected" : "checked");
+                texts[1][i] = r.rejected ? rejected : checked;
                 if (r.rejected) {
                     texts[8][i] = intern(r.errorField);
                     texts[9][i] = intern(r.errorMessage);
@@ -470,29 +533,16 @@ py::dict evaluateColumnsToArrays(const py::dict& columns, std::size_t rows, unsi
                 texts[3][i] = intern(r.steel);
                 texts[4][i] = intern(r.governing);
                 texts[5][i] = intern(design::toString(r.verdict));
-                if (r.limitations != 0) texts[6][i] = intern(design::describeAll(r.limitations));
-                if (r.departures != 0) texts[7][i] = intern(design::departureNames(r.departures));
-                const int values[] = {r.sectionClass, r.errorCode, r.memberErrorCode, r.shearBucklingErrorCode};
-                for (std::size_t c = 0; c < codeCount; ++c) codes[c][i] = values[c];
-                codesMissing[i] = 0;
-                for (std::size_t c = 0; c < 7; ++c)
-                    if (r.crossSection[c]) numbers[c][i] = r.crossSection[c].value();
-                for (std::size_t c = 0; c < 4; ++c)
-                    if (r.member[c]) numbers[7 + c][i] = r.member[c].value();
-                if (!r.governing.empty()) numbers[11][i] = r.governingUtilization;
-                const kat::Nullable<double>& other = rules == design::Rules::En ? r.libraryGoverning : r.enGoverning;
-                if (other) numbers[12][i] = other.value();
-                fulfilled[i] = r.fulfilled;
+                if (r.limitations != 0)
+                    texts[6][i] = internSet(reasonIndex, r.limitations, [](std::uint64_t b) {
+                        return design::describeAll(static_cast<decltype(r.limitations)>(b));
+                    });
+                if (r.departures != 0)
+                    texts[7][i] = internSet(departuresIndex, r.departures, [](std::uint64_t b) {
+                        return design::departureNames(static_cast<decltype(r.departures)>(b));
+                    });
             }
         });
-    }
-    const auto n = static_cast<py::ssize_t>(rows);
-    py::dict out;
-    for (std::size_t c = 0; c < codeCount; ++c) out[codeNames[c]] = py::array_t<std::int64_t>(n, codes[c].data());
-    out["codesMissing"] = py::array_t<bool>(n, reinterpret_cast<const bool*>(codesMissing.data()));
-    for (std::size_t c = 0; c < numberCount; ++c) {
-        const char* name = c == numberCount - 1 && rules == design::Rules::En ? "libraryUtilization" : numberNames[c];
-        out[name] = py::array_t<double>(n, numbers[c].data());
     }
     std::vector<py::object> strings;
     strings.reserve(table.size());
@@ -515,8 +565,9 @@ py::dict evaluateColumnsToArrays(const py::dict& columns, std::size_t rows, unsi
         }
         out[textNames[c]] = column;
     }
-    out["fulfilled"] = py::array_t<bool>(n, reinterpret_cast<const bool*>(fulfilled.data()));
-    out["fulfilledMissing"] = py::array_t<bool>(n, reinterpret_cast<const bool*>(codesMissing.data()));
+    out["codesMissing"] = codesMissingArray;
+    out["fulfilled"] = fulfilledArray;
+    out["fulfilledMissing"] = py::array_t<bool>(n, codesMissing);  // a mask of its own
     return out;
 }
 

@@ -272,12 +272,12 @@ def _frame(df, jobs, member_checks, rules):
         if name == "fulfilled":
             data[name] = pd.arrays.BooleanArray(arrays["fulfilled"], arrays["fulfilledMissing"])
         elif kind == _CODE:
-            data[name] = pd.arrays.IntegerArray(arrays[name], arrays["codesMissing"])
+            data[name] = pd.arrays.IntegerArray(arrays[name], arrays["codesMissing"].copy())
         elif kind == _TEXT:
             data[name] = pd.arrays.StringArray(arrays[name])
         else:
             data[name] = arrays[name]
-    return pd.DataFrame(data, index=df.index)
+    return pd.DataFrame(data, index=df.index, copy=False)
 
 
 def member_frame(df, jobs=0, rules="en"):
