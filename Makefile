@@ -21,7 +21,7 @@ COMMAND_PACKAGES = cmake g++ make libcli11-dev nlohmann-json3-dev libeigen3-dev
 PACKAGES = $(COMMAND_PACKAGES) libgtest-dev libgmock-dev libbenchmark-dev \
            python3-dev pybind11-dev python3-numpy python3-pandas python3-dask python3-distributed python3-pytest \
            python3-pip python3-venv python3-setuptools \
-           chromium
+           chromium poppler-utils
 
 # The fuzzers need clang and its sanitizer and libFuzzer runtimes besides.
 FUZZ_PACKAGES = clang libclang-rt-14-dev

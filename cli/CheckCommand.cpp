@@ -41,6 +41,7 @@ struct CheckOptions {
     bool elastic = false;
     bool json = false;
     std::string html;
+    TitleBlockOptions block;
     bool trace = false;
 };
 
@@ -148,10 +149,9 @@ void run(const CheckOptions& o, CommandResult& result)
         else std::cout << verdictLine(verdict, outcome.limitations);
     }
     if (!o.html.empty())
-        writeMemberReport("--html", o.html, "steeldesign check " + o.name + " --steel " + steel.getName() + " (" +
-                                                describeForces(forces) + ")",
-                          std::move(section), steel, {nullptr, nullptr, forces, o.gammaM0.value_or(0.0), o.elastic}, std::nullopt,
-                          rules);
+        writeMemberReport("--html", o.html, reportHeaderOf(result.commandLine, o.block, o.standard, rules),
+                          std::move(section), steel, {nullptr, nullptr, forces, o.gammaM0.value_or(0.0), o.elastic},
+                          std::nullopt);
     result.exitCode = design::exitCodeOf(rules == design::Rules::En ? ruled.enVerdict : verdict);
 }
 
@@ -170,6 +170,7 @@ void registerCheckCommand(CLI::App& app, CommandResult& result)
     sub->add_flag("--elastic", options->elastic, "elastic verification: class 3 without classification");
     sub->add_flag("--json", options->json, "machine-readable output (SI units: m, kN, kNm, kN/m2)");
     sub->add_option("--html", options->html, "also write the design report of the check to this HTML file");
+    options->block.addTo(*sub);
     sub->add_flag("--trace", options->trace, "print the calculation: each step with its clause, formula and numbers");
     sub->callback([options, &result] { run(*options, result); });
 }

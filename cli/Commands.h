@@ -6,11 +6,13 @@
 #include <CLI/CLI.hpp>
 
 #include <span>
+#include <string>
 
 namespace cli {
 
 struct CommandResult {
     int exitCode = 0;
+    std::string commandLine;  // the command as typed (quoted for a POSIX shell), for the reports it writes
 };
 
 using Registrar = void (*)(CLI::App& app, CommandResult& result);

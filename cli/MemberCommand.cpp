@@ -59,6 +59,7 @@ struct MemberCommandOptions {
     MemberOptions member;
     bool json = false;
     std::string html;
+    TitleBlockOptions block;
     bool trace = false;
 };
 
@@ -230,9 +231,8 @@ void run(const MemberCommandOptions& options, CommandResult& result)
     // cross-section check at the same point.
     if (!options.html.empty())
         writeMemberReport("--html", options.html,
-                          "steeldesign member " + options.name + " --steel " + steel.getName() + " (" +
-                              describeForces(forces) + "): member checks and the cross-section check at the same point",
-                          std::move(section), steel, {nullptr, nullptr, forces, 0.0, request.elastic}, request, rules);
+                          reportHeaderOf(result.commandLine, options.block, options.member.standard, rules),
+                          std::move(section), steel, {nullptr, nullptr, forces, 0.0, request.elastic}, request);
     if (rules == design::Rules::En)
         result.exitCode = m.notApplicable ? exitFulfilled : design::exitCodeOf(ruled.enVerdict);
     else
@@ -254,6 +254,7 @@ void registerMemberCommand(CLI::App& app, CommandResult& result)
     sub->add_flag("--json", options->json, "machine-readable output (SI units: m, kN, kNm, kN/m2)");
     sub->add_option("--html", options->html,
                     "also write the design report (member and cross-section checks) to this HTML file");
+    options->block.addTo(*sub);
     sub->add_flag("--trace", options->trace, "print the calculation: each step with its clause, formula and numbers");
     sub->callback([options, &result] { run(*options, result); });
 }

@@ -73,6 +73,30 @@ void addStandardOptions(CLI::App& app, design::StandardInput& standard)
         ->capture_default_str();
 }
 
+void TitleBlockOptions::addTo(CLI::App& app)
+{
+    app.add_option("--project", project, "title block: the project or job")->group("Title block");
+    app.add_option("--element", element, "title block: the element or structure checked")->group("Title block");
+    app.add_option("--client", client, "title block: the client")->group("Title block");
+    app.add_option("--prepared", prepared, "title block: prepared by")->group("Title block");
+    app.add_option("--checked", checked, "title block: checked by")->group("Title block");
+    app.add_option("--approved", approved, "title block: approved by")->group("Title block");
+    app.add_option("--revision", revision, "title block: the revision")->group("Title block");
+}
+
+report::ReportHeader reportHeaderOf(const std::string& commandLine, const report::TitleBlock& block,
+                                    const design::StandardInput& standard, design::Rules rules)
+{
+    report::ReportHeader header;
+    header.model = commandLine;
+    header.date = report::nowText();
+    header.rules = rules;
+    header.block = block;
+    header.mode = standard.mode;
+    header.situation = standard.situation;
+    return header;
+}
+
 void RulesOption::addTo(CLI::App& app)
 {
     app.add_option("--rules", name,

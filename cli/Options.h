@@ -14,6 +14,8 @@
 #include <design/NumberInput.h>
 #include <design/Rules.h>
 
+#include <report/HtmlReport.h>
+
 #include <optional>
 #include <string>
 #include <vector>
@@ -47,6 +49,17 @@ void addStandardOptions(CLI::App& app, design::StandardInput& standard);
 struct StandardOptions : design::StandardInput {
     void addTo(CLI::App& app) { addStandardOptions(app, *this); }
 };
+
+// The title block of a report (--project, --element, --client, --prepared, --checked, --approved,
+// --revision); a field not given is a blank line on the page.
+struct TitleBlockOptions : report::TitleBlock {
+    void addTo(CLI::App& app);
+};
+
+// The header of the report of one command (`check` / `member --html`): the command line as typed names
+// the input.
+report::ReportHeader reportHeaderOf(const std::string& commandLine, const report::TitleBlock& block,
+                                    const design::StandardInput& standard, design::Rules rules);
 
 // --rules en|library: the rules the verdict, the exit code and the governing check are decided by
 // (default en: EN 1993-1-1; library: the library's own rules, with the EN values shown beside).

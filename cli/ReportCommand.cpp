@@ -1,4 +1,5 @@
-// `steeldesign report FILE --out report.html [--jobs N] [--title TEXT] [--mode M] [--situation S]`: the
+// `steeldesign report FILE --out report.html [--jobs N] [--title TEXT] [--mode M] [--situation S]
+// [--project P --element E --client C --prepared A --checked B --approved D --revision R]`: the
 // design report of every member of a batch file (CSV or JSON Lines, the columns of `batch`) as one
 // self-contained HTML page. The exit code is that of `batch` for the same file: 0 every member
 // fulfilled, 1 one not, 3 one not verified, 2 a row or the file rejected (the report is still written and
@@ -11,6 +12,7 @@
 #include <batch/BatchRun.h>
 #include <batch/OutputFile.h>
 #include <report/HtmlReport.h>
+#include <report/InputHash.h>
 
 #include <filesystem>
 #include <fstream>
@@ -32,6 +34,7 @@ struct ReportOptions {
     unsigned jobs = 0;
     StandardOptions standard;
     RulesOption rules;
+    TitleBlockOptions block;
 };
 
 void run(const ReportOptions& o, CommandResult& result)
@@ -63,8 +66,12 @@ void run(const ReportOptions& o, CommandResult& result)
     ReportHeader header;
     if (!o.title.empty()) header.title = o.title;
     header.model = o.file == "-" ? std::string("standard input") : std::filesystem::path(o.file).filename().string();
-    header.date = todayText();
+    header.date = nowText();
     header.rules = rules;
+    header.block = o.block;
+    header.mode = o.standard.mode;
+    header.situation = o.standard.situation;
+    if (o.file != "-") header.inputHash = fileSha256Hex(o.file).value_or("");
     std::ostringstream page;
     writeReport(page, header, members, o.jobs);
     if (o.out == "-") {
@@ -91,6 +98,7 @@ void registerReportCommand(CLI::App& app, CommandResult& result)
     sub->add_option("--jobs", options->jobs, "worker threads (default: every core)")->check(CLI::Range(1u, 256u));
     options->standard.addTo(*sub);
     options->rules.addTo(*sub);
+    options->block.addTo(*sub);
     sub->callback([options, &result] { run(*options, result); });
 }
 

@@ -106,6 +106,26 @@ const std::vector<std::string>& utilizationNames()
     return names;
 }
 
+CheckTitle checkTitle(std::string_view name)
+{
+    static constexpr std::pair<std::string_view, CheckTitle> titles[] = {
+        {"Axial", {"Axial force", "6.2.3, 6.2.4"}},
+        {"Torsion", {"Torsion", "6.2.7"}},
+        {"Bending", {"Bending", "6.2.5"}},
+        {"Shear", {"Shear", "6.2.6"}},
+        {"AxialBending", {"Bending and axial force", "6.2.9"}},
+        {"ShearBending", {"Bending and shear", "6.2.8"}},
+        {"AxialShearBending", {"Bending, shear and axial force", "6.2.8, 6.2.9"}},
+        {"memberCompression", {"Flexural, torsional and torsional-flexural buckling", "6.3.1"}},
+        {"memberBending", {"Lateral-torsional buckling", "6.3.2"}},
+        {"memberCompressionBending", {"Buckling with bending (6.61), (6.62)", "6.3.3"}},
+        {"memberShearBuckling", {"Shear buckling", "EN 1993-1-5 5"}},
+    };
+    for (const auto& [key, title] : titles)
+        if (key == name) return title;
+    return {name, ""};
+}
+
 std::string departureNames(std::uint32_t departures)
 {
     std::string out;

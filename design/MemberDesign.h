@@ -16,6 +16,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace design {
@@ -64,6 +65,13 @@ std::array<kat::Nullable<double>, 4> memberSummary(const MemberOutcome& member);
 
 // The names of the utilization columns, in the order of DesignSummary::crossSection then member.
 const std::vector<std::string>& utilizationNames();
+
+// A utilization column as an engineer names the check, and its clause of EN 1993-1-1 (EN 1993-1-5 for
+// shear buckling): "Bending and axial force", "6.2.9". An unknown name is given back as it is.
+struct CheckTitle {
+    std::string_view title, clause;
+};
+CheckTitle checkTitle(std::string_view name);
 
 // The cross-section check and, when a member request is given, the member checks. With details, the
 // departures found are copied there too.

@@ -3,6 +3,7 @@
 #include "ResultJson.h"
 #include "ResultText.h"
 #include "Svg.h"
+#include "TitleBlock.h"
 
 #include <batch/OutputFile.h>
 #include <batch/Parallel.h>
@@ -14,6 +15,7 @@
 #include <design/InteractionCurve.h>
 #include <design/MemberDesign.h>
 #include <design/MomentDiagram.h>
+#include <design/NumberInput.h>
 #include <design/SectionNotation.h>
 #include <design/ShearCentre.h>
 #include <design/Trace.h>
@@ -124,7 +126,12 @@ double rankOf(const RowResult& r)
     return std::isnan(r.governingUtilization) ? INFINITY : r.governingUtilization;
 }
 
-std::string anchorOf(std::size_t index) { return "m" + std::to_string(index + 1); }
+std::string anchorOf(std::size_t index)
+{
+    std::string anchor(1, 'm');
+    anchor += std::to_string(index + 1);
+    return anchor;
+}
 
 void element(std::string& out, std::string_view tag, std::string_view attributes, std::string_view text)
 {
@@ -364,7 +371,7 @@ std::string sectionPropertiesText(const SDBSection& s)
     return text;
 }
 
-void inputsTable(std::string& out, const ReportMember& m, double fy)
+void inputsTable(std::string& out, const ReportMember& m, double fy, double gammaM0)
 {
     const SteelDesign::Forces& f = m.cross.forces;
     out += "<table class=\"inputs\"><tbody>";
@@ -379,7 +386,7 @@ void inputsTable(std::string& out, const ReportMember& m, double fy)
     row("section properties", sectionPropertiesText(*m.section));
     row("steel", m.steel->getName() + ", fy = " + number(fy / 1000.0, 0) + " N/mm²");
     row("design forces", describeForces(f));
-    row("partial factors", "γM0 = " + (m.cross.gammaM0 > 1e-6 ? number(m.cross.gammaM0, 2) : std::string("from the standard")) +
+    row("partial factors", "γM0 = " + number(gammaM0, 2) + (m.cross.gammaM0 > 1e-6 ? " (given)" : "") +
                                (m.member ? ", γM1 = " + number(m.member->gammaM1, 2) : std::string()));
     if (m.member) {
         const design::MemberRequest& r = *m.member;
@@ -473,29 +480,67 @@ void departuresTable(std::string& out, const design::Departures& departures, des
     out += "</tbody></table></div>";
 }
 
-// The batch's cells of the member: the utilizations, the governing one, the verdict.
-void resultsTable(std::string& out, const std::vector<std::string>& cells, design::Rules rules)
+// A utilization of the batch's text as printed: three decimals, rounded up, so that a printed 1.000 is
+// never over the limit (1.0004 prints 1.001); any other text as it is.
+std::string utilizationText(const std::string& text)
 {
-    out += "<table class=\"results\"><tbody>";
-    for (const std::string& name : utilizationNames()) {
-        const std::string value = cell(cells, name, rules);
+    double v = 0.0;
+    if (text.empty() || design::readNumber(text, v) != design::NumberProblem::None || !std::isfinite(v)) return text;
+    const double up = std::ceil(v * 1000.0 - 1e-9) / 1000.0;
+    return number(up == 0.0 ? 0.0 : up, 3);
+}
+
+// A check's name as an engineer reads it, with its clause.
+std::string checkText(std::string_view name)
+{
+    const design::CheckTitle t = design::checkTitle(name);
+    return t.clause.empty() ? std::string(t.title) : std::string(t.title) + ", " + std::string(t.clause);
+}
+
+// The member's results: each check in words with its clause, its utilization under the rules in force
+// (the batch's cell in data-value, printed to three decimals) and the other rules' value beside it where
+// the two differ; then the governing check, the verdict and why something was not verified.
+void resultsTable(std::string& out, const std::vector<std::string>& cells, const std::vector<design::CheckPair>& checks,
+                  design::Rules rules)
+{
+    const bool en = rules == design::Rules::En;
+    const std::string governing = cell(cells, "governing", rules);
+    out += "<table class=\"results\"><thead><tr><th>check</th><th>clause</th><th>utilization</th><th>";
+    out += en ? "library" : "EN 1993-1-1";
+    out += "</th></tr></thead><tbody>";
+    for (const design::CheckPair& c : checks) {
+        const std::string value = cell(cells, c.name, rules);
         if (value.empty()) continue;
-        out += "<tr><th>";
-        appendEscaped(out, name);
-        out += "</th>";
-        element(out, "td", attr("data-col", name), value);
+        const design::CheckTitle t = design::checkTitle(c.name);
+        out += c.name == governing ? "<tr class=\"governing\"><td>" : "<tr><td>";
+        appendEscaped(out, t.title);
+        out += "</td><td>";
+        appendEscaped(out, t.clause);
+        out += "</td>";
+        element(out, "td", attr("data-col", c.name) + ' ' + attr("data-value", value), utilizationText(value));
+        const kat::Nullable<double>& other = en ? c.library : c.en;
+        std::string otherText = other.hasValue() ? utilizationText(design::shortestText(other.value())) : "-";
+        if (otherText == utilizationText(value)) otherText.clear();
+        element(out, "td", "class=\"other\"", otherText);
         out += "</tr>";
     }
-    for (const char* name : {"governing", "governingUtilization", "verdict", otherColumn(rules), "departures", "reason"}) {
-        const std::string value = cell(cells, name, rules);
-        if (value.empty()) continue;
-        out += "<tr><th>";
-        out += name;
-        out += "</th>";
-        element(out, "td", attr("data-col", name), value);
-        out += "</tr>";
-    }
-    out += "</tbody></table>";
+    out += "</tbody></table><dl class=\"outcome-lines\">";
+    auto line = [&](std::string_view label, std::string_view column, const std::string& shown) {
+        const std::string value = cell(cells, column, rules);
+        if (value.empty()) return;
+        out += "<dt>";
+        out += label;
+        out += "</dt>";
+        element(out, "dd", attr("data-col", column) + ' ' + attr("data-value", value), shown);
+    };
+    line("governing check", "governing", checkText(governing));
+    line("governing utilization", "governingUtilization", utilizationText(cell(cells, "governingUtilization", rules)));
+    line("verdict", "verdict", cell(cells, "verdict", rules));
+    line(en ? "library's governing utilization" : "EN 1993-1-1 governing utilization", otherColumn(rules),
+         utilizationText(cell(cells, otherColumn(rules), rules)));
+    line("departures", "departures", cell(cells, "departures", rules));
+    line("not verified", "reason", cell(cells, "reason", rules));
+    out += "</dl>";
 }
 
 std::string memberSection(const ReportMember& m, std::size_t index)
@@ -517,7 +562,9 @@ std::string memberSection(const ReportMember& m, std::size_t index)
         return out;
     }
     const design::CrossSectionOutcome cross = design::evaluateCrossSection(m.cross);
-    inputsTable(out, m, cross.initializer.getFy());
+    out += "<div class=\"summary\"><div class=\"inputs\"><h3>Inputs</h3>";
+    inputsTable(out, m, cross.initializer.getFy(), cross.gammaM0);
+    out += "</div>";
     std::vector<design::TraceLine> lines = design::traceCrossSection(m.cross, cross);
     std::optional<design::MemberOutcome> member;
     if (m.member) {
@@ -535,24 +582,22 @@ std::string memberSection(const ReportMember& m, std::size_t index)
                    std::make_move_iterator(enTraces.member.end()));
     const bool enRules = m.result.rules == design::Rules::En;
     // The calculation of the rules in force; the other rules' values stand in the departures below.
-    out += enRules ? "<h3>Calculation to EN 1993-1-1 (the verdict of record)</h3>" : "<h3>Calculation</h3>";
-    traceTable(out, enRules ? enLines : lines);
-    out += "<div class=\"outcome\"><h3>Result</h3>";
-    resultsTable(out, cells, m.result.rules);
-    if (m.result.limitations) {
-        out += "<p class=\"not-verified\">not verified: ";
-        appendEscaped(out, design::describeAll(m.result.limitations));
-        out += "</p>";
-    }
-    out += "</div>";
     design::Departures departures;
     const design::DesignSummary library = design::designMember(m.cross, m.member ? &*m.member : nullptr, &departures);
     std::vector<design::CheckPair> checks;
     const auto& names = utilizationNames();
     for (std::size_t i = 0; i < 7; ++i) checks.push_back({names[i], en.utilizations[i], library.crossSection[i]});
     for (std::size_t i = 0; i < 4; ++i) checks.push_back({names[7 + i], en.utilizations[7 + i], library.member[i]});
-    departuresTable(out, withEnValues(departures, checks, en.sectionClass), m.result.rules);
-
+    out += "<div class=\"outcome\"><h3>Result</h3>";
+    resultsTable(out, cells, checks, m.result.rules);
+    if (m.result.limitations) {
+        out += "<p class=\"not-verified\">not verified: ";
+        appendEscaped(out, design::describeAll(m.result.limitations));
+        out += "</p>";
+    }
+    out += "</div></div>";
+    // The charts beside the result, before the calculation: on paper they share the member's first page
+    // with its heading and inputs, never a page of their own.
     out += "<div class=\"charts\"><figure>" + interactionChart(m) +
            "<figcaption>N-My interaction of the cross-section (6.2.9, without shear) and the design point</figcaption>"
            "</figure><figure>" +
@@ -560,6 +605,9 @@ std::string memberSection(const ReportMember& m, std::size_t index)
            "<figcaption>Buckling curves a0 to d (6.49), the lateral-torsional curve used, and the member's "
            "reduction factors</figcaption></figure><figure>" +
            momentChart(m) + "<figcaption>Moment diagram with the values used (start, middle, end)</figcaption></figure></div>";
+    out += enRules ? "<h3>Calculation to EN 1993-1-1 (the verdict of record)</h3>" : "<h3>Calculation</h3>";
+    traceTable(out, enRules ? enLines : lines);
+    departuresTable(out, withEnValues(departures, checks, en.sectionClass), m.result.rules);
     out += "</section>";
     return out;
 }
@@ -572,13 +620,19 @@ body{font:13px/1.4 "DejaVu Sans",Arial,sans-serif;color:var(--ink);margin:24px a
 h1{font-size:22px;margin:0 0 4px}h2{font-size:17px;margin:0 0 8px;border-bottom:2px solid #444;padding-bottom:3px}
 h3{font-size:14px;margin:14px 0 6px}
 table{border-collapse:collapse;margin:4px 0}th,td{padding:2px 7px;border-bottom:1px solid var(--grid);text-align:left;vertical-align:top}
-td[data-col=line],td[data-col=class],td[data-col$=tilization],table.results td{text-align:right;font-variant-numeric:tabular-nums}
-td.id,td[data-col=section],td[data-col=verdict]{white-space:nowrap}td[data-col=departures]{font-size:11px;color:#555;max-width:260px;word-break:break-word}
+td[data-col=line],td[data-col=class],td[data-col$=tilization]{text-align:right;font-variant-numeric:tabular-nums}
+td.id,td[data-col=section],td[data-col=verdict]{white-space:nowrap}#members{width:100%}#members td.why{font-size:11px;color:#555}
+@media (max-width:900px){body{font-size:12px;padding:0 8px}#members th,#members td{padding:2px 3px}#members th:nth-child(2),#members td[data-col=line]{display:none}}
 .verdict{font-size:12px;padding:1px 6px;border-radius:3px;color:#fff;vertical-align:middle}
 .fulfilled{color:var(--ok)}.not-fulfilled{color:var(--fail)}.not-verified{color:var(--nv)}.rejected{color:var(--rej)}
 .verdict.fulfilled{background:var(--ok);color:#fff}.verdict.not-fulfilled{background:var(--fail);color:#fff}
 .verdict.not-verified{background:var(--nv);color:#fff}.verdict.rejected{background:var(--rej);color:#fff}
 .cover dl{display:grid;grid-template-columns:max-content auto;gap:2px 14px}.cover dt{font-weight:bold}
+table.title-block{width:100%;border:1.5px solid #444;margin:6px 0 10px}table.title-block th{width:11%;background:#f3f3f3;border:1px solid #999}
+table.title-block td{width:39%;border:1px solid #999;height:1.5em}td.blank{min-width:8em}.hash{font-size:10px;color:#555;word-break:break-all}
+section.basis dl{display:grid;grid-template-columns:max-content auto;gap:1px 12px;margin:4px 0}section.basis dt{font-weight:bold}
+section.signatures{break-inside:avoid;margin-top:24px}table.signatures,table.revisions{width:100%;margin:8px 0}
+table.signatures td,table.signatures th,table.revisions td,table.revisions th{border:1px solid #999;height:2.2em}
 .counts span{margin-right:14px}
 table.trace{width:100%;font-size:12px}table.trace td:nth-child(4){color:#333}table.trace td:nth-child(5){text-align:right;white-space:nowrap}
 table.trace tr.group th{background:#f3f3f3;font-weight:bold;padding-top:5px}table.trace td:nth-child(6){white-space:nowrap}
@@ -602,9 +656,17 @@ svg line.limit{stroke:var(--fail);stroke-width:1.5;stroke-dasharray:6 3}
 #filter{margin:6px 0;padding:3px 6px;width:280px}
 .departures table{font-size:12px}.departures td.en{font-weight:bold}#departure-rules{break-before:page}
 #departure-rules dt{font-weight:bold;margin-top:6px}
-@page{size:A4;margin:14mm}
-@media print{body{margin:0;max-width:none;font-size:10.5px}#filter,.noprint{display:none}a{color:inherit;text-decoration:none}
- .charts figure{break-inside:avoid}table.trace tr{break-inside:avoid}}
+.summary{display:flex;flex-wrap:wrap;gap:4px 18px;align-items:flex-start}.summary>div{flex:1 1 380px}
+table.results td:nth-child(3),table.results td:nth-child(4){text-align:right}table.results tr.governing td{font-weight:bold}
+dl.outcome-lines{display:grid;grid-template-columns:max-content auto;gap:0 10px;margin:4px 0}dl.outcome-lines dt{font-weight:bold}
+dl.outcome-lines dd{margin:0}
+@media print{body{margin:0;padding:0;max-width:none;font-size:8px;line-height:1.2}.summary>div{flex:1 1 45%}
+ .departures table,.departures p{font-size:7.5px}#filter,.noprint{display:none}
+ a{color:inherit;text-decoration:none}h1{font-size:15px}h2{font-size:12px;margin:0 0 4px}h3{font-size:9.5px;margin:6px 0 3px}
+ h2,h3,table.trace tr.group{break-after:avoid}section.member{margin:0}th,td{padding:0.5px 4px}
+ table.trace{font-size:7px;line-height:1.15}table.trace td,table.trace th{padding:0 3px}table.trace tr{break-inside:avoid}
+ .charts{flex-wrap:nowrap;gap:4px;break-inside:avoid}.charts svg{width:228px;height:auto}figcaption{font-size:7px;max-width:228px}
+ td,th{overflow-wrap:normal;word-break:normal;hyphens:manual}}
 )";
 
 // Sorting by a click on a column header and filtering by a text; the page reads the same without it.
@@ -702,21 +764,27 @@ ReportMember reportMember(const BatchRow& row, design::Rules rules)
     return m;
 }
 
-void writeMemberReport(std::string_view option, const std::string& path, const std::string& model,
+void writeMemberReport(std::string_view option, const std::string& path, ReportHeader header,
                        std::unique_ptr<SDBSection> section, const KaConstrSteel& steel,
-                       const design::CrossSectionRequest& cross, const std::optional<design::MemberRequest>& member,
-                       design::Rules rules)
+                       const design::CrossSectionRequest& cross, const std::optional<design::MemberRequest>& member)
 {
-    const std::string id = section->getName();
+    const std::string id = header.block.element.empty() ? section->getName() : header.block.element;
     std::vector<ReportMember> members{reportMember(1, id, std::shared_ptr<SDBSection>(std::move(section)),
-                                                   std::make_shared<KaConstrSteel>(steel), cross, member, rules)};
-    ReportHeader header;
-    header.rules = rules;
-    header.model = model;
-    header.date = todayText();
+                                                   std::make_shared<KaConstrSteel>(steel), cross, member, header.rules)};
+    if (header.date.empty()) header.date = nowText();
     std::ostringstream page;
     writeReport(page, header, members, 1);
     writeFileAtomically(option, path, page.str());
+}
+
+std::string nowText()
+{
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&now, &local);
+    char text[32];
+    std::strftime(text, sizeof text, "%Y-%m-%d %H:%M %z", &local);
+    return text;
 }
 
 std::string todayText()
@@ -756,16 +824,13 @@ void writeReport(std::ostream& out, const ReportHeader& header, const std::vecto
     appendEscaped(page, header.title + (header.model.empty() ? "" : ": " + header.model));
     page += "</title><style>";
     page += style;
+    page += pageFrameCss(header);
     page += "</style></head><body>";
     page += bucklingCurveDefinitions();
     page += "<header class=\"cover\" id=\"cover\"><h1>";
     appendEscaped(page, header.title);
-    page += "</h1><dl><dt>model</dt><dd class=\"model\">";
-    appendEscaped(page, header.model);
-    page += "</dd><dt>date</dt><dd class=\"date\">";
-    appendEscaped(page, header.date);
-    page += "</dd><dt>rules</dt><dd>EN 1993-1-1 (EN 1993-1-5 for webs in shear); where the library's rule departs "
-            "from EN 1993-1-1, the EN value is shown beside it</dd></dl>";
+    page += "</h1>";
+    page += titleBlockHtml(header);
     page += "<p class=\"counts\"><span data-count=\"rows\">members " + std::to_string(members.size()) +
             "</span><span class=\"fulfilled\" data-count=\"fulfilled\">fulfilled " + std::to_string(fulfilled) +
             "</span><span class=\"not-fulfilled\" data-count=\"not fulfilled\">not fulfilled " + std::to_string(notFulfilled) +
@@ -779,33 +844,81 @@ void writeReport(std::ostream& out, const ReportHeader& header, const std::vecto
         page += "<li><a " + attr("href", "#" + anchorOf(i)) + '>';
         appendEscaped(page, members[i].id);
         page += "</a> ";
-        appendEscaped(page, r.section + ": " + (r.governing.empty() ? "-" : r.governing) + " " +
-                                cell(csvCells(r), "governingUtilization", r.rules) + ", " + verdictText(r));
+        appendEscaped(page, r.section + ": " + (r.governing.empty() ? "-" : checkText(r.governing)) + " " +
+                                utilizationText(cell(csvCells(r), "governingUtilization", r.rules)) + ", " +
+                                verdictText(r));
         page += "</li>";
         ++listed;
     }
-    page += "</ol></header>";
+    page += "</ol>";
+    // What the cover must not hide: every member not verified and every row rejected, with the reason.
+    std::string unresolved;
+    for (std::size_t i = 0; i < members.size(); ++i) {
+        const RowResult& r = members[i].result;
+        if (!r.rejected && r.verdict != design::Verdict::NotVerified) continue;
+        unresolved += "<li " + attr("class", verdictClass(r)) + "><a " + attr("href", "#" + anchorOf(i)) + '>';
+        appendEscaped(unresolved, members[i].id);
+        unresolved += "</a> (line " + std::to_string(members[i].line) + ") ";
+        appendEscaped(unresolved, r.rejected ? "rejected: " + (r.errorField.empty() ? r.errorMessage
+                                                                                  : r.errorField + ": " + r.errorMessage)
+                                             : "not verified: " + design::describeAll(r.limitations));
+        unresolved += "</li>";
+    }
+    if (!unresolved.empty()) page += "<h3>Not verified and rejected</h3><ul class=\"unresolved\">" + unresolved + "</ul>";
+    page += "</header>";
 
     page += "<section id=\"overview\"><h2>Overview</h2>";
     page += overviewChart(members, order);
     page += "</section>";
 
+    // The table: a member per row, the checks and columns in words, utilizations to three decimals (the
+    // batch's cell in data-value, by which the columns sort), and why a member was not verified or a row
+    // rejected.
     page += "<section id=\"table\"><h2>Members</h2><input id=\"filter\" type=\"search\" placeholder=\"filter\" hidden>"
-            "<table id=\"members\"><thead><tr><th>id</th><th>line</th><th>section</th><th>steel</th><th>class</th>"
-            "<th>governing</th><th>governingUtilization</th><th>verdict</th><th>" +
-            std::string(otherColumn(header.rules)) + "</th><th>departures</th></tr></thead><tbody>";
+            "<table id=\"members\"><thead><tr><th>member</th><th>line</th><th>section</th><th>steel</th><th>class</th>"
+            "<th>governing check</th><th>utilization</th><th>verdict</th><th>" +
+            std::string(header.rules == design::Rules::En ? "library" : "EN 1993-1-1") +
+            "</th><th>reason, departures</th></tr></thead><tbody>";
     for (std::size_t i = 0; i < members.size(); ++i) {
-        const std::vector<std::string> cells = csvCells(members[i].result);
+        const RowResult& r = members[i].result;
+        const std::vector<std::string> cells = csvCells(r);
         page += "<tr " + attr("data-member", members[i].id) + "><td class=\"id\"><a " + attr("href", "#" + anchorOf(i)) + '>';
         appendEscaped(page, members[i].id);
         page += "</a></td>";
-        for (const char* name : {"line", "section", "steel", "class", "governing", "governingUtilization", "verdict",
-                                 otherColumn(header.rules), "departures"}) {
-            std::string css = attr("data-col", name);
-            if (std::string_view(name) == "verdict") css += " class=\"" + verdictClass(members[i].result) + '"';
-            element(page, "td", css, cell(cells, name, header.rules));
+        auto column = [&](const char* name, const std::string& shown, std::string css = "") {
+            const std::string value = cell(cells, name, header.rules);
+            std::string attributes = attr("data-col", name) + ' ' + attr("data-value", value);
+            if (!css.empty()) attributes += " class=\"" + css + '"';
+            if (shown != value) attributes += ' ' + attr("data-sort", value);
+            element(page, "td", attributes, shown);
+        };
+        column("line", cell(cells, "line", header.rules));
+        column("section", cell(cells, "section", header.rules));
+        column("steel", cell(cells, "steel", header.rules));
+        column("class", cell(cells, "class", header.rules));
+        const std::string governing = cell(cells, "governing", header.rules);
+        column("governing", governing.empty() ? governing : checkText(governing));
+        column("governingUtilization", utilizationText(cell(cells, "governingUtilization", header.rules)));
+        column("verdict", cell(cells, "verdict", header.rules), verdictClass(r));
+        column(otherColumn(header.rules), utilizationText(cell(cells, otherColumn(header.rules), header.rules)));
+        // Why: the rejection, what was not verified, the departures.
+        std::string why;
+        if (r.rejected) why = r.errorField.empty() ? r.errorMessage : r.errorField + ": " + r.errorMessage;
+        const std::string reason = cell(cells, "reason", header.rules), departures = cell(cells, "departures", header.rules);
+        for (const std::string* part : {&reason, &departures})
+            if (!part->empty()) {
+                if (!why.empty()) why += "; ";
+                why += *part;
+            }
+        // "a;b" of the batch's cells as "a; b": a line may break after each, never inside a name.
+        std::string spaced;
+        for (const char c : why) {
+            spaced += c;
+            if (c == ';') spaced += ' ';
         }
-        page += "</tr>";
+        page += "<td class=\"why\">";
+        appendEscaped(page, spaced);
+        page += "</td></tr>";
     }
     page += "</tbody></table></section>";
     out << page;
@@ -829,6 +942,7 @@ void writeReport(std::ostream& out, const ReportHeader& header, const std::vecto
         }
         out << legend << "</dl></section>";
     }
+    out << signatureBlockHtml(header);
     out << "<footer class=\"noprint\"><p>steeldesign design report</p></footer><script>" << script
         << "</script></body></html>\n";
 }

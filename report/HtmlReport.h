@@ -54,25 +54,37 @@ ReportMember reportMember(std::size_t line, std::string id, std::shared_ptr<SDBS
 // The batch row as a report member (a row the batch rejects stays rejected, with its reason).
 ReportMember reportMember(const BatchRow& row, design::Rules rules = design::Rules::Library);
 
+// The fields of a calculation sheet's title block, as given (on the command line); an empty one prints
+// as a blank line to fill in by hand, never an invented value.
+struct TitleBlock {
+    std::string project, element, client, prepared, checked, approved, revision;
+};
+
 struct ReportHeader {
     std::string title = "Steel member design to EN 1993-1-1";
     std::string model;  // the input file, or the command
-    std::string date;   // "2026-11-24"
+    std::string date;   // "2026-11-24" or "2026-11-24 14:05 +0100"
     design::Rules rules = design::Rules::Library;  // the rules the members were evaluated under
+    TitleBlock block;
+    std::string inputHash;  // SHA-256 of the input file (hex); empty when not known (standard input)
+    std::string mode = "EN", situation = "persistent";  // the standard the members were evaluated under
 };
 
 // The whole page; the member sections are rendered on `jobs` threads (0: every core), in input order.
 void writeReport(std::ostream& out, const ReportHeader& header, const std::vector<ReportMember>& members,
                  unsigned jobs = 0);
 
-// The report of one member written to `path` (the `--html` of `check` and `member`): model names the
-// command; InputError naming the option when the file cannot be written.
-void writeMemberReport(std::string_view option, const std::string& path, const std::string& model,
+// The report of one member written to `path` (the `--html` of `check` and `member`): the header's model
+// names the command, its date is filled in when empty; InputError naming the option when the file
+// cannot be written.
+void writeMemberReport(std::string_view option, const std::string& path, ReportHeader header,
                        std::unique_ptr<SDBSection> section, const KaConstrSteel& steel,
-                       const design::CrossSectionRequest& cross, const std::optional<design::MemberRequest>& member,
-                       design::Rules rules = design::Rules::Library);
+                       const design::CrossSectionRequest& cross, const std::optional<design::MemberRequest>& member);
 
 // Today's date as yyyy-mm-dd (local time).
 std::string todayText();
+
+// The date and time now as "yyyy-mm-dd hh:mm +zzzz" (local time and its offset from UTC).
+std::string nowText();
 
 } // namespace report

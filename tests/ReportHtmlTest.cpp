@@ -18,6 +18,15 @@ namespace {
 using namespace batch;
 using namespace report;
 
+ReportHeader headerOf(const std::string& model)
+{
+    ReportHeader h;
+    h.title = "t";
+    h.model = model;
+    h.date = "2026-11-24";
+    return h;
+}
+
 TEST(ReportHtml, TextsFromOutsideAreEscaped)
 {
     EXPECT_EQ(htmlEscape("<script>alert('x')</script> & \"y\""),
@@ -30,7 +39,7 @@ TEST(ReportHtml, TextsFromOutsideAreEscaped)
     ASSERT_TRUE(reader.next(rows, 10));
     std::vector<ReportMember> members{reportMember(rows[0])};
     std::ostringstream page;
-    writeReport(page, {"t", "m.csv", "2026-11-24"}, members, 1);
+    writeReport(page, headerOf("m.csv"), members, 1);
     EXPECT_EQ(page.str().find("<img"), std::string::npos);
     EXPECT_NE(page.str().find("&lt;img src=x onerror=alert(1)&gt;"), std::string::npos);
 }
@@ -67,7 +76,7 @@ TEST(ReportHtml, RejectedRowsAreListedWithTheirReasonAndHaveNoBar)
     for (const BatchRow& row : rows) members.push_back(reportMember(row));
     ASSERT_TRUE(members[1].result.rejected);
     std::ostringstream out;
-    writeReport(out, {"t", "m.csv", "2026-11-24"}, members, 2);
+    writeReport(out, headerOf("m.csv"), members, 2);
     const std::string page = out.str();
     EXPECT_NE(page.find("data-count=\"rejected\">rejected 1<"), std::string::npos);
     EXPECT_NE(page.find("<p class=\"rejected\">line 3: section: "), std::string::npos);

@@ -171,6 +171,28 @@ def test_each_member_has_its_trace_lines_and_three_charts(example):
             assert dom.find("tr", cls="st-not-fulfilled", within=section), row["id"]
 
 
+CHECK_TITLES = {
+    "Axial": "Axial force, 6.2.3, 6.2.4", "Torsion": "Torsion, 6.2.7", "Bending": "Bending, 6.2.5",
+    "Shear": "Shear, 6.2.6", "AxialBending": "Bending and axial force, 6.2.9",
+    "ShearBending": "Bending and shear, 6.2.8", "AxialShearBending": "Bending, shear and axial force, 6.2.8, 6.2.9",
+    "memberCompression": "Flexural, torsional and torsional-flexural buckling, 6.3.1",
+    "memberBending": "Lateral-torsional buckling, 6.3.2",
+    "memberCompressionBending": "Buckling with bending (6.61), (6.62), 6.3.3",
+    "memberShearBuckling": "Shear buckling, EN 1993-1-5 5",
+}
+
+
+def printed(column, value):
+    """A batch cell as the page prints it: utilizations to three decimals rounded up (never below the
+    computed value), checks by their names in words with the clause, the rest as it is."""
+    if column == "governing":
+        return CHECK_TITLES.get(value, value)
+    if value and (column in CHECK_TITLES or column.endswith("tilization")):
+        from decimal import Decimal, ROUND_CEILING
+        return str(Decimal(value).quantize(Decimal("0.001"), rounding=ROUND_CEILING))
+    return value
+
+
 def test_numbers_in_the_page_are_the_batch_output(example):
     dom, rows = example["dom"], example["rows"]
     table = dom.find("table", id="members")[0]
@@ -182,16 +204,19 @@ def test_numbers_in_the_page_are_the_batch_output(example):
         for td in dom.find("td", within=tr):
             column = td["attrs"].get("data-col")
             if column:
-                assert td["text"] == row[column], (row["id"], column)
+                assert td["attrs"]["data-value"] == row[column], (row["id"], column)
+                assert td["text"] == printed(column, row[column]), (row["id"], column)
                 compared += 1
     for section, row in zip(dom.find("section", cls="member"), rows):
-        for td in dom.find("td", within=section):
+        for td in dom.find("td", within=section) + dom.find("dd", within=section):
             column = td["attrs"].get("data-col")
             if column:
-                assert td["text"] == row[column], (row["id"], column)
+                assert td["attrs"]["data-value"] == row[column], (row["id"], column)
+                assert td["text"] == printed(column, row[column]), (row["id"], column)
                 compared += 1
         # Every utilization the batch computed is in the member's results.
-        shown = {td["attrs"]["data-col"] for td in dom.find("td", within=section) if "data-col" in td["attrs"]}
+        shown = {td["attrs"]["data-col"] for td in dom.find("td", within=section) + dom.find("dd", within=section)
+                 if "data-col" in td["attrs"]}
         for column in ("Axial", "Bending", "governingUtilization", "memberBending"):
             assert (row[column] != "") == (column in shown), (row["id"], column)
     assert compared > 51 * 12
@@ -250,7 +275,8 @@ def test_check_and_member_write_the_same_numbers_as_their_json(tmp_path):
     page = tmp_path / "check.html"
     run_cli("check", "IPE 300", "--steel", "S355", "--N", "-300", "--My", "80", "--Vz", "60", "--html", page)
     dom = Dom(page.read_text())
-    values = {td["attrs"]["data-col"]: td["text"] for td in dom.find("td") if "data-col" in td["attrs"]}
+    values = {td["attrs"]["data-col"]: td["attrs"]["data-value"] for td in dom.find("td") + dom.find("dd")
+              if "data-col" in td["attrs"]}
     data = json.loads(run_cli("check", "IPE 300", "--steel", "S355", "--N", "-300", "--My", "80", "--Vz", "60",
                               "--json").stdout)
     for name in ("Axial", "Bending", "Shear", "AxialBending"):
@@ -262,7 +288,8 @@ def test_check_and_member_write_the_same_numbers_as_their_json(tmp_path):
     args = ("member", "HEB 300", "--steel", "S235", "--lcr-y", "8", "--lcr-z", "5.6", "--N", "-2000")
     run_cli(*args, "--html", page)
     dom = Dom(page.read_text())
-    values = {td["attrs"]["data-col"]: td["text"] for td in dom.find("td") if "data-col" in td["attrs"]}
+    values = {td["attrs"]["data-col"]: td["attrs"]["data-value"] for td in dom.find("td") + dom.find("dd")
+              if "data-col" in td["attrs"]}
     data = json.loads(run_cli(*args, "--json").stdout)
     # Under EN rules (the default) the utilizations are those of the EN evaluation, named as the batch's
     # columns; the library's document is kept under "library".
@@ -272,7 +299,9 @@ def test_check_and_member_write_the_same_numbers_as_their_json(tmp_path):
     library = json.loads(run_cli(*args, "--json", "--rules", "library").stdout)
     page = tmp_path / "member-library.html"
     run_cli(*args, "--html", page, "--rules", "library")
-    values = {td["attrs"]["data-col"]: td["text"] for td in Dom(page.read_text()).find("td") if "data-col" in td["attrs"]}
+    dom = Dom(page.read_text())
+    values = {td["attrs"]["data-col"]: td["attrs"]["data-value"] for td in dom.find("td") + dom.find("dd")
+              if "data-col" in td["attrs"]}
     assert float(values["memberCompression"]) == pytest.approx(library["utilizations"]["Compression"], rel=1e-5)
 
 
@@ -298,3 +327,86 @@ def test_bad_outputs_are_refused_and_nothing_is_overwritten(tmp_path):
     assert old.read_text() == "previous report"
     assert not [p for p in tmp_path.iterdir() if p.name.startswith(".")]  # no temporary left
     run_cli("check", "IPE 300", "--html", tmp_path, check_codes=(2,))
+
+
+def pdf_pages(page: Path, profile: str):
+    """The text of each page of the page printed to A4 by Chromium (pdftotext, pages split at form feeds)."""
+    pdf = page.with_suffix(".pdf")
+    pdf.unlink(missing_ok=True)
+    render(page, profile, (f"--print-to-pdf={pdf}", "--no-pdf-header-footer"))
+    assert pdf.exists() and pdf.stat().st_size > 10000
+    text = subprocess.run(["pdftotext", "-layout", str(pdf), "-"], capture_output=True, text=True, check=True).stdout
+    return [p for p in text.split("\f") if p.strip()]
+
+
+TITLE = ("--project", "Warehouse Nord", "--element", "Frames PF1-PF3", "--client", "Acme Logistics",
+         "--prepared", "J. Smith", "--checked", "A. Jones", "--approved", "K. Lee", "--revision", "C")
+
+
+def test_example_prints_within_two_pages_a_member_with_its_frame_on_every_page():
+    # A4 from headless Chromium: at most 2 pages a member plus 3 (cover, table, signatures); every page
+    # carries the running title block and "page x of y"; the charts of a member share their page with
+    # its heading and inputs (no page of charts alone).
+    report = WORK / "printed.html"
+    run_cli("report", EXAMPLE, "--out", report, *TITLE)
+    pages = pdf_pages(report, "profile-pdf")
+    members = len(EXAMPLE.read_text().splitlines()) - 1
+    assert len(pages) <= 2 * members + 3, len(pages)
+    for number, text in enumerate(pages, start=1):
+        assert f"page {number} of {len(pages)}" in text, number
+        assert "Project: Warehouse Nord" in text and "Element: Frames PF1-PF3" in text, number
+        assert "Rev. C" in text and "Prepared: J. Smith" in text and "Checked: A. Jones" in text, number
+        if "N-My interaction of the cross-section" in text:
+            assert "Inputs" in text and "Result" in text, number
+    assert "Signatures and revisions" in pages[-1]
+
+
+def test_title_block_shows_the_fields_given_and_blank_lines_for_the_others(tmp_path):
+    given = tmp_path / "given.html"
+    run_cli("report", EXAMPLE, "--out", given, *TITLE)
+    dom = Dom(given.read_text())
+    block = dom.find("table", cls="title-block")[0]
+    cells = {td["attrs"]["data-field"]: td["text"] for td in dom.find("td", within=block)}
+    for option, value in zip(TITLE[::2], TITLE[1::2]):
+        assert cells[option[2:]] == value, option
+    assert cells["software"].startswith("steeldesign ")
+    digest = subprocess.run(["sha256sum", str(EXAMPLE)], capture_output=True, text=True).stdout.split()[0]
+    assert cells["input"] == "frames.csv" + "SHA-256 " + digest
+    signatures = dom.find("table", cls="signatures")[0]
+    names = {td["attrs"]["data-field"]: td["text"] for td in dom.find("td", within=signatures) if "data-field" in td["attrs"]}
+    assert names == {"prepared": "J. Smith", "checked": "A. Jones", "approved": "K. Lee"}
+
+    blank = tmp_path / "blank.html"
+    run_cli("report", EXAMPLE, "--out", blank)
+    dom = Dom(blank.read_text())
+    block = dom.find("table", cls="title-block")[0]
+    for td in dom.find("td", within=block):
+        if td["attrs"]["data-field"] in ("project", "element", "client", "prepared", "checked", "approved", "revision"):
+            assert td["text"] == "" and "blank" in td["attrs"]["class"], td["attrs"]["data-field"]
+    # The command of `member --html` is the one typed, whole, with its title block.
+    page = tmp_path / "member.html"
+    args = ("member", "IPE 300", "--steel", "S355", "--length", "6", "--moments-y", "0,45,90", "--N", "-150",
+            "--html", str(page), "--project", "Hall 2", "--element", "Purlin P4")
+    run_cli(*args)
+    dom = Dom(page.read_text())
+    cells = {td["attrs"]["data-field"]: td["text"] for td in dom.find("td", within=dom.find("table", cls="title-block")[0])}
+    assert cells["project"] == "Hall 2" and cells["element"] == "Purlin P4"
+    assert cells["input"] == "steeldesign " + " ".join(a if " " not in a else f"'{a}'" for a in args)
+    assert cells["prepared"] == ""
+
+
+def test_tables_fit_a_window_800_px_wide():
+    # Every cell of the members table, the results and the trace ends inside the window.
+    report = WORK / "narrow.html"
+    run_cli("report", EXAMPLE, "--out", report)
+    probe = """<script>window.addEventListener('load',function(){var w=document.documentElement.clientWidth,worst=0;
+document.querySelectorAll('#members th,#members td,table.results td,table.trace td,table.title-block td').forEach(
+function(c){var r=c.getBoundingClientRect();if(r.width>0&&r.right>worst)worst=r.right;});
+document.body.setAttribute('data-width',w);document.body.setAttribute('data-right',worst);});</script></body>"""
+    page = WORK / "narrow-probe.html"
+    page.write_text(report.read_text().replace("</body>", probe))
+    text, console = render(page, "profile-narrow", ("--window-size=800,1000", "--dump-dom"))
+    assert console == []
+    body = Dom(text).find("body")[0]["attrs"]
+    assert 700 < float(body["data-width"]) <= 800
+    assert float(body["data-right"]) <= float(body["data-width"])
