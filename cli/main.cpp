@@ -3,6 +3,8 @@
 #include "Commands.h"
 #include "Options.h"
 
+#include <report/CommandLine.h>
+
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -25,18 +27,6 @@ int checkedOutput(int exitCode)
     return cli::exitInputError;
 }
 
-// An argument as a POSIX shell reads it back: bare when it holds only safe characters, else in single
-// quotes.
-std::string shellQuoted(const std::string& arg)
-{
-    const bool bare = !arg.empty() && arg.find_first_not_of("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ"
-                                                            "0123456789-_.,/=:+@%") == std::string::npos;
-    if (bare) return arg;
-    std::string out = "'";
-    for (const char c : arg) out += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return out + "'";
-}
-
 } // namespace
 
 int main(int argc, char** argv)
@@ -50,7 +40,7 @@ int main(int argc, char** argv)
 
     cli::CommandResult result;
     result.commandLine = "steeldesign";
-    for (int i = 1; i < argc; ++i) result.commandLine += " " + shellQuoted(argv[i]);
+    for (int i = 1; i < argc; ++i) result.commandLine += " " + report::shellQuoted(argv[i]);
     // Subcommands, one file each (see Commands.h).
     for (auto registrar : cli::registrars()) registrar(app, result);
 

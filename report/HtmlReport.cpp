@@ -1,5 +1,6 @@
 #include "HtmlReport.h"
 
+#include "CommandLine.h"
 #include "ResultJson.h"
 #include "ResultText.h"
 #include "Svg.h"
@@ -543,7 +544,7 @@ void resultsTable(std::string& out, const std::vector<std::string>& cells, const
     out += "</dl>";
 }
 
-std::string memberSection(const ReportMember& m, std::size_t index)
+std::string memberSection(const ReportMember& m, std::size_t index, const ReportHeader& header)
 {
     std::string out;
     out.reserve(24 * 1024);
@@ -564,6 +565,13 @@ std::string memberSection(const ReportMember& m, std::size_t index)
     const design::CrossSectionOutcome cross = design::evaluateCrossSection(m.cross);
     out += "<div class=\"summary\"><div class=\"inputs\"><h3>Inputs</h3>";
     inputsTable(out, m, cross.initializer.getFy(), cross.gammaM0);
+    const std::string command =
+        !m.command.empty() ? m.command : m.row ? commandOfRow(*m.row, header.mode, header.situation, m.result.rules) : "";
+    if (!command.empty()) {
+        out += "<p class=\"command\">Reproduced by <code>";
+        appendEscaped(out, command);
+        out += "</code></p>";
+    }
     out += "</div>";
     std::vector<design::TraceLine> lines = design::traceCrossSection(m.cross, cross);
     std::optional<design::MemberOutcome> member;
@@ -659,7 +667,7 @@ svg line.limit{stroke:var(--fail);stroke-width:1.5;stroke-dasharray:6 3}
 .summary{display:flex;flex-wrap:wrap;gap:4px 18px;align-items:flex-start}.summary>div{flex:1 1 380px}
 table.results td:nth-child(3),table.results td:nth-child(4){text-align:right}table.results tr.governing td{font-weight:bold}
 dl.outcome-lines{display:grid;grid-template-columns:max-content auto;gap:0 10px;margin:4px 0}dl.outcome-lines dt{font-weight:bold}
-dl.outcome-lines dd{margin:0}
+dl.outcome-lines dd{margin:0}p.command{font-size:11px;margin:4px 0}p.command code{overflow-wrap:break-word}
 @media print{body{margin:0;padding:0;max-width:none;font-size:8px;line-height:1.2}.summary>div{flex:1 1 45%}
  .departures table,.departures p{font-size:7.5px}#filter,.noprint{display:none}
  a{color:inherit;text-decoration:none}h1{font-size:15px}h2{font-size:12px;margin:0 0 4px}h3{font-size:9.5px;margin:6px 0 3px}
@@ -753,6 +761,7 @@ ReportMember reportMember(const BatchRow& row, design::Rules rules)
     m.id = m.result.id;
     if (m.result.rejected) return m;
     const MemberRow& member = std::get<MemberRow>(row);
+    m.row = member;
     std::string error;
     m.section = design::makeSection(member.section, error);
     const std::optional<KaConstrSteel> steel = KaConstrSteel::fromName(member.steel);
@@ -772,6 +781,7 @@ void writeMemberReport(std::string_view option, const std::string& path, ReportH
     std::vector<ReportMember> members{reportMember(1, id, std::shared_ptr<SDBSection>(std::move(section)),
                                                    std::make_shared<KaConstrSteel>(steel), cross, member, header.rules)};
     if (header.date.empty()) header.date = nowText();
+    members[0].command = header.model;
     std::ostringstream page;
     writeReport(page, header, members, 1);
     writeFileAtomically(option, path, page.str());
@@ -802,7 +812,7 @@ void writeReport(std::ostream& out, const ReportHeader& header, const std::vecto
     // Member sections first (the costly part, on every core), then the page around them.
     std::vector<std::string> sections(members.size());
     forEachChunk(members.size(), 4, jobs, [&](std::size_t begin, std::size_t end) {
-        for (std::size_t i = begin; i < end; ++i) sections[i] = memberSection(members[i], i);
+        for (std::size_t i = begin; i < end; ++i) sections[i] = memberSection(members[i], i, header);
     });
 
     std::vector<std::size_t> order(members.size());

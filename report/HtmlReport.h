@@ -43,6 +43,10 @@ struct ReportMember {
     std::shared_ptr<KaConstrSteel> steel;
     design::CrossSectionRequest cross;
     std::optional<design::MemberRequest> member;  // when buckling lengths were given
+    // The input as given: the batch row, or the command line of `check` / `member` (printed on the member's
+    // page as the command that reproduces it).
+    std::optional<batch::MemberRow> row;
+    std::string command;
 };
 
 // A member from its requests (the section and steel already resolved): evaluated as a batch row is.

@@ -449,3 +449,24 @@ def test_mcr_recomputed_by_hand_from_the_printed_page(tmp_path):
         ncr = math.pi ** 2 * e * iz / length ** 2
         mcr = c1 * ncr * math.sqrt(iw / iz + length ** 2 * g * it / (math.pi ** 2 * e * iz))
         assert mcr == pytest.approx(mcr_printed, rel=1e-3), (moments, c1, mcr, mcr_printed)
+
+
+def test_each_member_page_names_the_command_that_reproduces_it(example, tmp_path):
+    # The command printed on a member's page, run as it stands with --html, reports every value of the
+    # batch's row: each utilization, the governing check, its utilization and the verdict.
+    import shlex
+    dom, rows = example["dom"], example["rows"]
+    page = tmp_path / "again.html"
+    for section, row in zip(dom.find("section", cls="member"), rows):
+        code = dom.find("code", within=section)
+        assert code, row["id"]
+        argv = shlex.split(code[0]["text"])
+        assert argv[0] == "steeldesign" and argv[1] in ("member", "check"), row["id"]
+        run_cli(*argv[1:], "--html", page)
+        again = Dom(page.read_text())
+        values = {e["attrs"]["data-col"]: e["attrs"]["data-value"] for e in again.find("td") + again.find("dd")
+                  if "data-col" in e["attrs"]}
+        assert {"governing", "governingUtilization", "verdict"} <= set(values), row["id"]
+        for column, value in values.items():
+            if column != "line":  # the row's place in its file
+                assert value == row[column], (row["id"], column)
