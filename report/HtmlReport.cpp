@@ -124,6 +124,8 @@ std::string verdictText(const RowResult& r) { return r.rejected ? "rejected" : d
 double rankOf(const RowResult& r)
 {
     if (r.rejected) return -1.0;
+    // Not verified ranks first, whatever its partial utilization: it is drawn to the top, hatched.
+    if (r.verdict == design::Verdict::NotVerified) return INFINITY;
     return std::isnan(r.governingUtilization) ? INFINITY : r.governingUtilization;
 }
 
@@ -235,8 +237,8 @@ std::string bucklingCurveDefinitions()
         for (const BucklingCurve c : {BucklingCurve::a0, BucklingCurve::a, BucklingCurve::b, BucklingCurve::c, BucklingCurve::d}) {
             const double alpha = design::imperfectionFactor(c);
             plot.polyline(curvePoints(alpha, lambdaMax), "curve");
-            plot.text(lambdaMax * 0.92, design::reductionFactor(alpha, lambdaMax * 0.92), SteelDesign::toString(c),
-                      "curve-label");
+            // At lambda = 1 the five curves stand furthest apart (0.05 to 0.08 of chi): the labels do not meet.
+            plot.text(1.0, design::reductionFactor(alpha, 1.0), SteelDesign::toString(c), "curve-label");
         }
         // A used shape takes the style of its definition: the presentation is written on it, not left to
         // the style sheet.
@@ -293,6 +295,23 @@ std::string bucklingChart(const ReportMember& m, const design::MemberOutcome* ou
         const std::string title = std::string(k.label) + ": λ̄ = " + number(k.lambda, 3) + ", χ = " + number(k.chi, 3);
         plot.point(std::min(k.lambda, lambdaMax), k.chi, std::string("point ") + k.css, k.label, title);
     }
+    // The legend, in the empty upper right of the plot.
+    double row = 1.04;
+    auto legend = [&](const char* css, const std::string& text, bool point) {
+        const double x0 = lambdaMax * 0.56, x1 = lambdaMax * 0.64;
+        if (point) plot.point((x0 + x1) / 2, row, std::string("point ") + css, "", text);
+        else plot.line(x0, row, x1, row, css);
+        plot.text(lambdaMax * 0.66, row - 0.015, text, "legend");
+        row -= 0.075;
+    };
+    legend("curve", "curves a0 to d", false);
+    if (drawn != SteelDesign::BucklingCurve::none)
+        legend("curve own", std::string("member: curve ") + SteelDesign::toString(drawn), false);
+    if (r && r->getChiLT().hasValue() && outcome->rolledMethod && curveLT != SteelDesign::BucklingCurve::none)
+        legend("curve lt", std::string("LT (6.57): curve ") + SteelDesign::toString(curveLT), false);
+    for (const Mark& k : marks)
+        if (std::isfinite(k.lambda) && std::isfinite(k.chi))
+            legend(k.css, std::string(k.label) + ": λ̄ " + number(k.lambda, 2) + ", χ " + number(k.chi, 3), true);
     if (!m.member) plot.message("no member check (no buckling length)");
     else if (marks.empty()) plot.message("no reduction factor computed for these actions");
     return plot.finish();
@@ -327,6 +346,7 @@ std::string momentChart(const ReportMember& m)
     const double pad = 0.15 * std::max(hi - lo, 1.0);
     // Moments drawn on the tension side: positive My (bottom fibre in tension) downwards.
     SvgPlot plot("chart chart-moments", chartWidth, chartHeight, {0.0, 1.0}, {-(hi + pad), -(lo - pad)});
+    plot.negateYLabels();  // the values are drawn negated (positive down); the ticks read the moments
     plot.axes(m.member ? "position along the member x / L" : "x / L (no member check: My constant)",
               "moment [kNm], positive down", 5, 4);
     auto draw = [&](std::vector<std::pair<double, double>> points, const char* css) {
@@ -658,7 +678,8 @@ svg .point circle,svg .design-point circle{fill:#c62828}svg .point text,svg .des
 svg .point-lt circle{fill:#6a1b9a}svg .point-z circle{fill:#ef6c00}
 svg .diagram-y{fill:#e3f2fd;stroke:#1565c0;stroke-width:1.5}svg .diagram-z{fill:none;stroke:#ef6c00;stroke-dasharray:4 3}
 svg .moment-value circle{fill:#1565c0;r:3}svg .moment-value.z circle{fill:#ef6c00}
-svg rect.bar.fulfilled{fill:var(--ok)}svg rect.bar.not-fulfilled{fill:var(--fail)}svg rect.bar.not-verified{fill:var(--nv)}
+svg rect.bar.fulfilled{fill:var(--ok)}svg rect.bar.not-fulfilled{fill:var(--fail)}svg rect.bar.not-verified{fill:url(#hatch);stroke:var(--nv)}
+svg .bar-name{font-size:8px;fill:#333}svg .legend{font-size:8.5px;fill:#333}svg line.curve{stroke:#9e9e9e}
 svg line.limit{stroke:var(--fail);stroke-width:1.5;stroke-dasharray:6 3}
 #members th{cursor:pointer;user-select:none}#members th.sorted-asc::after{content:" ▲"}#members th.sorted-desc::after{content:" ▼"}
 #filter{margin:6px 0;padding:3px 6px;width:280px}
@@ -708,19 +729,34 @@ std::string overviewChart(const std::vector<ReportMember>& members, const std::v
     top = std::min(top, 5.0);
     const double width = std::clamp(60.0 + 9.0 * static_cast<double>(bars), 720.0, 1060.0);
     const double slot = (width - 64.0) / std::max<double>(1.0, static_cast<double>(bars));
-    SvgPlot plot("chart overview-chart", width, 260.0, {0.0, static_cast<double>(std::max<std::size_t>(bars, 1))}, {0.0, top});
-    plot.axes("members, sorted by governing utilization", "governing utilization", 5, 0);
+    SvgPlot plot("chart overview-chart", width, 340.0, {0.0, static_cast<double>(std::max<std::size_t>(bars, 1))}, {0.0, top});
+    plot.bottomMargin(116.0);  // the members' names under their bars
+    // Not verified: hatched, not a short bar that would read "lightly loaded".
+    plot.raw("<defs><pattern id=\"hatch\" width=\"6\" height=\"6\" patternUnits=\"userSpaceOnUse\" "
+             "patternTransform=\"rotate(45)\"><rect width=\"6\" height=\"6\" fill=\"#fff3e0\"/><line x1=\"0\" "
+             "y1=\"0\" x2=\"0\" y2=\"6\" stroke=\"#ef6c00\" stroke-width=\"3\"/></pattern></defs>");
+    plot.axes("members, sorted by governing utilization (hatched: not verified, drawn to the top)",
+              "governing utilization", 5, 0);
     plot.line(0.0, 1.0, static_cast<double>(std::max<std::size_t>(bars, 1)), 1.0, "limit");
     std::size_t k = 0;
     for (std::size_t i : order) {
         const RowResult& r = members[i].result;
         if (r.rejected) continue;
         const double u = r.governingUtilization;
-        const double shown = std::isfinite(u) ? std::min(u, top) : top;
-        std::string title = members[i].id + ": " + (r.governing.empty() ? std::string("no utilization") : r.governing) +
-                            " " + (std::isfinite(u) ? number(u, 3) : std::string("not finite")) + ", " + verdictText(r);
+        const bool notVerified = r.verdict == design::Verdict::NotVerified;
+        const double shown = notVerified || !std::isfinite(u) ? top : std::min(u, top);
+        std::string title = members[i].id + ": " + (r.governing.empty() ? std::string("no utilization") : checkText(r.governing)) +
+                            " " + (std::isfinite(u) ? utilizationText(design::shortestText(u)) : std::string("not finite")) +
+                            ", " + verdictText(r);
         plot.bar(static_cast<double>(k) + 0.5, std::clamp(slot * 0.8, 1.0, 28.0), shown, "bar " + verdictClass(r),
                  attr("data-member", members[i].id) + ' ' + attr("data-verdict", verdictText(r)), title);
+        // The member's name under its bar, read from below (at most 18 characters).
+        std::string name = members[i].id.size() > 18 ? members[i].id.substr(0, 17) + "…" : members[i].id;
+        const double x = plot.px(static_cast<double>(k) + 0.5), y = plot.py(0.0) + 6.0;
+        std::string label = "<text class=\"bar-name\" text-anchor=\"end\" transform=\"translate(" + chartNumber(x + 3.0) +
+                            ' ' + chartNumber(y) + ") rotate(-90)\">";
+        appendEscaped(label, name);
+        plot.raw(label + "</text>");
         ++k;
     }
     if (bars == 0) plot.message("no member was evaluated");
@@ -854,9 +890,9 @@ void writeReport(std::ostream& out, const ReportHeader& header, const std::vecto
         page += "<li><a " + attr("href", "#" + anchorOf(i)) + '>';
         appendEscaped(page, members[i].id);
         page += "</a> ";
-        appendEscaped(page, r.section + ": " + (r.governing.empty() ? "-" : checkText(r.governing)) + " " +
-                                utilizationText(cell(csvCells(r), "governingUtilization", r.rules)) + ", " +
-                                verdictText(r));
+        const std::string value = utilizationText(cell(csvCells(r), "governingUtilization", r.rules));
+        appendEscaped(page, r.section + ": " + (r.governing.empty() ? "no check computed" : checkText(r.governing)) +
+                                (value.empty() ? "" : " " + value) + ", " + verdictText(r));
         page += "</li>";
         ++listed;
     }

@@ -83,7 +83,8 @@ void SvgPlot::axes(std::string_view xTitle, std::string_view yTitle, int ticks, 
     for (double t : niceTicks(y_.min, y_.max, ticks)) {
         const std::string p = chartNumber(py(t), 0);
         grid += 'M' + chartNumber(x0, 0) + ' ' + p + 'H' + chartNumber(x1, 0);
-        yLabels += "<text y=\"" + chartNumber(py(t) + 3.5, 0) + "\">" + chartNumber(t, 3) + "</text>";
+        const double shown = negateY_ && t != 0.0 ? -t : t;
+        yLabels += "<text y=\"" + chartNumber(py(t) + 3.5, 0) + "\">" + chartNumber(shown, 3) + "</text>";
     }
     out_ += "<g class=\"grid\"><path d=\"" + grid + "\"/></g><g class=\"tick\" text-anchor=\"middle\" transform=\"translate(0 " +
             chartNumber(y0 + 13, 0) + ")\">" + xLabels + "</g><g class=\"tick\" text-anchor=\"end\" transform=\"translate(" +
@@ -136,7 +137,10 @@ void SvgPlot::point(double x, double y, std::string_view cssClass, std::string_v
     appendEscaped(out_, title);
     out_ += "</title></circle>";
     if (!label.empty()) {
-        out_ += "<text x=\"" + chartNumber(px(x) + 6) + "\" y=\"" + chartNumber(py(y) - 6) + "\">";
+        // About 6 px a character at the labels' 10 px: a label that would pass the right edge goes left.
+        const bool left = px(x) + 6.0 + 6.0 * static_cast<double>(label.size()) > width_ - 2.0;
+        out_ += "<text x=\"" + chartNumber(left ? px(x) - 6 : px(x) + 6) + "\" y=\"" + chartNumber(py(y) - 6) + "\"" +
+                (left ? " text-anchor=\"end\">" : ">");
         appendEscaped(out_, label);
         out_ += "</text>";
     }

@@ -38,7 +38,7 @@ public:
     void polyline(const std::vector<std::pair<double, double>>& points, std::string_view cssClass, bool closed = false);
     // Markup as it is (a `use` of a shape defined once in the page).
     void raw(std::string_view markup);
-    // A point with a label beside it and a tooltip.
+    // A point with a label beside it (to its left where it would leave the chart) and a tooltip.
     void point(double x, double y, std::string_view cssClass, std::string_view label, std::string_view title);
     void text(double x, double y, std::string_view content, std::string_view cssClass, std::string_view anchor = "start");
     // A bar from y = 0 to y = value at x (its width in px), with attributes for tests and a tooltip.
@@ -49,6 +49,11 @@ public:
 
     std::string finish();
 
+    // Tick labels of y with the opposite sign (a chart that draws positive values downwards).
+    void negateYLabels() { negateY_ = true; }
+    // The bottom margin in px (room for labels under the plot area); before anything is drawn.
+    void bottomMargin(double px) { bottom_ = px; }
+
     // The markup written since a mark (for shapes defined once and used by many charts).
     std::size_t mark() const { return out_.size(); }
     std::string markupSince(std::size_t mark) const { return out_.substr(mark); }
@@ -57,6 +62,7 @@ private:
     std::string out_;
     double width_, height_;
     double left_ = 52.0, right_ = 12.0, top_ = 12.0, bottom_ = 36.0;
+    bool negateY_ = false;
     Range x_, y_;
 };
 
