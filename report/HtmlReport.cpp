@@ -809,18 +809,26 @@ ReportMember reportMember(const BatchRow& row, design::Rules rules)
     return m;
 }
 
-void writeMemberReport(std::string_view option, const std::string& path, ReportHeader header,
-                       std::unique_ptr<SDBSection> section, const KaConstrSteel& steel,
-                       const design::CrossSectionRequest& cross, const std::optional<design::MemberRequest>& member)
+std::string memberReportHtml(ReportHeader header, std::shared_ptr<SDBSection> section, const KaConstrSteel& steel,
+                             const design::CrossSectionRequest& cross, const std::optional<design::MemberRequest>& member)
 {
     const std::string id = header.block.element.empty() ? section->getName() : header.block.element;
-    std::vector<ReportMember> members{reportMember(1, id, std::shared_ptr<SDBSection>(std::move(section)),
-                                                   std::make_shared<KaConstrSteel>(steel), cross, member, header.rules)};
+    std::vector<ReportMember> members{
+        reportMember(1, id, std::move(section), std::make_shared<KaConstrSteel>(steel), cross, member, header.rules)};
     if (header.date.empty()) header.date = nowText();
     members[0].command = header.model;
     std::ostringstream page;
     writeReport(page, header, members, 1);
-    writeFileAtomically(option, path, page.str());
+    return page.str();
+}
+
+void writeMemberReport(std::string_view option, const std::string& path, ReportHeader header,
+                       std::unique_ptr<SDBSection> section, const KaConstrSteel& steel,
+                       const design::CrossSectionRequest& cross, const std::optional<design::MemberRequest>& member)
+{
+    writeFileAtomically(option, path,
+                        memberReportHtml(std::move(header), std::shared_ptr<SDBSection>(std::move(section)), steel,
+                                         cross, member));
 }
 
 std::string nowText()

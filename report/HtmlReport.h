@@ -85,6 +85,10 @@ void writeMemberReport(std::string_view option, const std::string& path, ReportH
                        std::unique_ptr<SDBSection> section, const KaConstrSteel& steel,
                        const design::CrossSectionRequest& cross, const std::optional<design::MemberRequest>& member);
 
+// The same page as a text (Python's Result.to_html).
+std::string memberReportHtml(ReportHeader header, std::shared_ptr<SDBSection> section, const KaConstrSteel& steel,
+                             const design::CrossSectionRequest& cross, const std::optional<design::MemberRequest>& member);
+
 // Today's date as yyyy-mm-dd (local time).
 std::string todayText();
 

@@ -5,6 +5,8 @@
 #include <batch/BatchInput.h>
 #include <batch/BatchRun.h>
 #include <batch/Parallel.h>
+#include <report/CommandLine.h>
+#include <report/HtmlReport.h>
 #include <report/ResultJson.h>
 
 #include <design/DesignBasis.h>
@@ -117,6 +119,7 @@ struct ResultCore {
     design::Rules rules;
     report::ResultSummary summary;
     py::object document;
+    batch::MemberRow row;  // the call as a batch row: the command that reproduces it on the report
 
     py::object optionalNumber(const std::optional<double>& v) const { return v ? py::object(py::float_(*v)) : py::none(); }
     py::object optionalText(const std::optional<std::string>& v) const { return v ? py::object(py::str(*v)) : py::none(); }
@@ -135,6 +138,24 @@ struct Result : ResultCore {
     using ResultCore::ResultCore;
     Request request{};
     std::optional<Outcome> outcome;
+
+    // The design report of this result, as `check --html` / `member --html` write it.
+    std::string toHtml(const report::TitleBlock& block)
+    {
+        design::applyStandard(mode, situation);
+        report::ReportHeader header;
+        header.rules = rules;
+        header.block = block;
+        header.mode = mode;
+        header.situation = situation;
+        header.model = report::commandOfRow(row, mode, situation, rules);
+        if constexpr (std::is_same_v<Request, design::MemberRequest>) {
+            const design::CrossSectionRequest cross{nullptr, nullptr, request.forces, 0.0, request.elastic};
+            return report::memberReportHtml(header, section, steel, cross, request);
+        } else {
+            return report::memberReportHtml(header, section, steel, request, std::nullopt);
+        }
+    }
 
     py::object toDict()
     {
@@ -175,6 +196,12 @@ std::unique_ptr<CheckResult> check(const std::string& name, const std::string& s
     forces.legAxes = legAxes;
     r->request = design::CrossSectionRequest{r->section.get(), &r->steel, forces.toForces(*r->section),
                                              gammaM0.value_or(0.0), elastic};
+    r->row.section = name;
+    r->row.steel = steelGrade;
+    r->row.N = N, r->row.My = My, r->row.Mz = Mz, r->row.Mt = Mt, r->row.Vy = Vy, r->row.Vz = Vz;
+    r->row.legAxes = legAxes;
+    r->row.gammaM0 = gammaM0;
+    r->row.elastic = elastic;
     r->outcome.emplace(design::evaluateCrossSection(r->request));
     r->summary = report::checkSummary(r->request, *r->outcome, r->rules);
     return r;
@@ -235,6 +262,26 @@ std::unique_ptr<MemberResult> member(const std::string& name, const std::string&
     if (!o.memberChecked())
         throw py::value_error("length: a positive buckling length is needed (length, or lcr_y / lcr_z / l_lt)");
     r->request = o.toRequest(r->section.get(), &r->steel);
+    batch::MemberRow& row = r->row;
+    row.section = name;
+    row.steel = steelGrade;
+    row.N = N, row.My = My, row.Mz = Mz, row.Mt = Mt, row.Vy = Vy, row.Vz = Vz;
+    row.legAxes = legAxes;
+    row.length = length.value_or(0.0);
+    row.lengthY = lcrY, row.lengthZ = lcrZ, row.lengthLT = lLT, row.lengthT = lcrT;
+    row.momentsY = momentsY ? std::array<double, 3>{(*momentsY)[0], (*momentsY)[1], (*momentsY)[2]}
+                            : std::array<double, 3>{My, My, My};
+    row.momentsZ = momentsZ ? std::array<double, 3>{(*momentsZ)[0], (*momentsZ)[1], (*momentsZ)[2]}
+                            : std::array<double, 3>{Mz, Mz, Mz};
+    row.diagramY = diagramY, row.diagramZ = diagramZ, row.loadPoint = loadPoint;
+    row.maxMoment = maxMoment;
+    if (mcr != 0.0) row.mcr = mcr;
+    if (cTheta != 0.0) row.cTheta = cTheta;
+    if (shearPanel != 0.0) row.shearPanel = shearPanel;
+    row.gammaM1 = gammaM1;
+    row.rolledMethod = rolledMethod;
+    row.mcrMethod = mcrMethod;
+    row.torsionallyDeformable = torsionallyDeformable, row.twistRestrained = twistRestrained, row.cmFloor = cmFloor;
     r->outcome.emplace(design::evaluateMember(r->request));
     r->summary = report::memberSummary(r->request, *r->outcome, r->rules);
     return r;
@@ -571,6 +618,48 @@ py::dict evaluateColumnsToArrays(const py::dict& columns, std::size_t rows, unsi
     return out;
 }
 
+// The design report of the rows of a frame's columns: the page of `steeldesign report` for the same
+// rows (the batch's standard: EN, persistent), its title block from the fields given.
+std::string reportOfColumns(const py::dict& columns, std::size_t rows, unsigned jobs, const std::string& rulesName,
+                            const std::string& title, const report::TitleBlock& block)
+{
+    const design::Rules rules = design::rulesByName(rulesName);
+    constexpr std::size_t maxReportMembers = 10000;
+    if (rows > maxReportMembers)
+        throw py::value_error("df: " + std::to_string(rows) + " rows; a report is for up to " +
+                              std::to_string(maxReportMembers) + " members (member_frame serves more)");
+    const std::vector<Column> read = readColumns(columns, rows);
+    std::vector<std::string> names;
+    for (const Column& c : read) names.push_back(c.name());
+    const batch::ColumnLayout layout(names);
+    report::ReportHeader header;
+    if (!title.empty()) header.title = title;
+    header.model = "pandas DataFrame, " + std::to_string(rows) + " rows";
+    header.date = report::nowText();
+    header.rules = rules;
+    header.block = block;
+    std::string page;
+    {
+        py::gil_scoped_release release;
+        design::StandardInput{}.apply();
+        std::vector<batch::InputCell> cells(read.size());
+        std::vector<std::string> scratch(read.size());
+        std::vector<report::ReportMember> members(rows);
+        std::vector<batch::BatchRow> parsed(rows);
+        for (std::size_t r = 0; r < rows; ++r) {
+            for (std::size_t c = 0; c < read.size(); ++c) read[c].cell(r, layout.isNumber(c), cells[c], scratch[c]);
+            layout.parse(cells.data(), r, parsed[r]);
+        }
+        batch::forEachChunk(rows, 16, jobs, [&](std::size_t begin, std::size_t end) {
+            for (std::size_t r = begin; r < end; ++r) members[r] = report::reportMember(parsed[r], rules);
+        });
+        std::ostringstream out;
+        report::writeReport(out, header, members, jobs);
+        page = out.str();
+    }
+    return page;
+}
+
 } // namespace
 
 PYBIND11_MODULE(_core, m)
@@ -610,7 +699,18 @@ PYBIND11_MODULE(_core, m)
             .def_property_readonly("rules", [](const T& r) { return std::string(design::toString(r.rules)); })
             .def_property_readonly("section_name", [](const T& r) { return r.section->getName(); })
             .def_property_readonly("steel_name", [](const T& r) { return std::string(r.steel.getName()); })
-            .def("to_dict", &T::toDict, "every value of the command's --json document (made on the first call)");
+            .def("to_dict", &T::toDict, "every value of the command's --json document (made on the first call)")
+            .def(
+                "to_html",
+                [](T& r, const std::string& project, const std::string& element, const std::string& client,
+                   const std::string& prepared, const std::string& checked, const std::string& approved,
+                   const std::string& revision) {
+                    return r.toHtml({project, element, client, prepared, checked, approved, revision});
+                },
+                py::kw_only(), py::arg("project") = "", py::arg("element") = "", py::arg("client") = "",
+                py::arg("prepared") = "", py::arg("checked") = "", py::arg("approved") = "", py::arg("revision") = "",
+                "the design report of the result (the page of `check --html` / `member --html`); the title block's "
+                "fields not given are blank lines");
     };
     py::class_<CheckResult> checkResult(m, "CheckResult", "The result of a cross-section check (EN 1993-1-1 6.2).");
     headline(checkResult);
@@ -641,6 +741,18 @@ PYBIND11_MODULE(_core, m)
           py::arg("torsional_restraints") = std::vector<double>{}, py::arg("load_height") = "center",
           py::arg("start") = "fork", py::arg("end") = "fork", py::arg("c_theta") = 0.0, py::arg("elements") = 30,
           "The elastic critical moment by finite elements, as `steeldesign mcr --json`.");
+    m.def(
+        "report_of_columns",
+        [](const py::dict& columns, std::size_t rows, unsigned jobs, const std::string& rules, const std::string& title,
+           const std::string& project, const std::string& element, const std::string& client,
+           const std::string& prepared, const std::string& checked, const std::string& approved,
+           const std::string& revision) {
+            return reportOfColumns(columns, rows, jobs, rules, title,
+                                   {project, element, client, prepared, checked, approved, revision});
+        },
+        py::arg("columns"), py::arg("rows"), py::arg("jobs"), py::arg("rules"), py::arg("title"), py::arg("project"),
+        py::arg("element"), py::arg("client"), py::arg("prepared"), py::arg("checked"), py::arg("approved"),
+        py::arg("revision"));
     m.def("evaluate_columns_to_arrays", &evaluateColumnsToArrays, py::arg("columns"), py::arg("rows"),
           py::arg("jobs") = 0, py::arg("rules") = "en", "The batch's result columns for a dict of columns of batch rows, as NumPy arrays.");
 }

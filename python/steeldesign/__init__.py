@@ -21,7 +21,7 @@ import pandas as pd
 from . import _core
 from ._core import InputError
 
-__all__ = ["section", "check", "member", "mcr", "check_frame", "member_frame", "Result", "InputError",
+__all__ = ["section", "check", "member", "mcr", "check_frame", "member_frame", "report", "Result", "InputError",
            "RESULT_COLUMNS"]
 
 
@@ -91,6 +91,14 @@ class Result:
                 line += "  " + t["status"]
             lines.append(line)
         return "\n".join(lines) + "\n"
+
+    def to_html(self, *, project="", element="", client="", prepared="", checked="", approved="", revision=""):
+        """The design report of this result: the page `steeldesign check --html` / `member --html` writes
+        (A4 when printed), with the title block's fields given here (the others blank lines to fill in)."""
+        if self._core is None:
+            raise TypeError("to_html: a report is made of a check or member result, not of an mcr result")
+        return self._core.to_html(project=project, element=element, client=client, prepared=prepared,
+                                  checked=checked, approved=approved, revision=revision)
 
     def to_frame(self):
         """The utilizations as a one-column frame (index: the checks), with the governing one marked."""
@@ -290,3 +298,41 @@ def member_frame(df, jobs=0, rules="en"):
 def check_frame(df, jobs=0, rules="en"):
     """The cross-section checks alone of every row of df (its lengths are not used)."""
     return _frame(df, jobs, False, rules)
+
+
+def report(df, path=None, *, jobs=0, rules="en", title="", project="", element="", client="", prepared="",
+           checked="", approved="", revision=""):
+    """The design report of every row of df (the columns of `steeldesign batch`): the page of
+    `steeldesign report` for the same rows, as a text; also written to path when one is given (through a
+    temporary file beside it, renamed when complete). The title block takes the fields given here; the
+    others are blank lines to fill in by hand. At most 10,000 rows."""
+    _check_rules(rules)
+    if not isinstance(df, pd.DataFrame):
+        raise ValueError(f"df: a pandas DataFrame is needed, got {type(df).__name__}")
+    texts = dict(title=title, project=project, element=element, client=client, prepared=prepared,
+                 checked=checked, approved=approved, revision=revision)
+    for name, value in texts.items():
+        if not isinstance(value, str):
+            raise TypeError(f"{name}: a text is needed, got {type(value).__name__}")
+    columns = {}
+    for name in df.columns:
+        if not isinstance(name, str):
+            raise ValueError(f"df: column names must be text, got {name!r}")
+        columns[name] = df[name].to_numpy()
+    page = _core.report_of_columns(columns, len(df), jobs, rules, **texts)
+    if path is not None:
+        import os
+        import tempfile
+        target = os.fspath(path)
+        folder = os.path.dirname(os.path.abspath(target))
+        handle, temporary = tempfile.mkstemp(prefix="." + os.path.basename(target) + ".", dir=folder)
+        try:
+            with os.fdopen(handle, "w", encoding="utf-8") as f:
+                f.write(page)
+                f.flush()
+                os.fsync(f.fileno())
+            os.replace(temporary, target)
+        except BaseException:
+            os.unlink(temporary)
+            raise
+    return page

@@ -389,7 +389,7 @@ def test_the_type_stubs_list_every_argument():
         signature = getattr(sd._core, name).__doc__.splitlines()[0]
         runtime = re.findall(r"(\w+): ", signature[signature.index("(") + 1:signature.rindex(")")])
         assert stubbed[name] == runtime, name
-    for name in ("member_frame", "check_frame", "read_results", "result_columns"):
+    for name in ("member_frame", "check_frame", "read_results", "result_columns", "report"):
         assert stubbed[name] == list(inspect.signature(getattr(sd, name)).parameters), name
 
 
@@ -465,3 +465,52 @@ def test_random_object_columns_equal_the_float_frame():
                 mixed[name] = frame[name].astype("category")
         pd.testing.assert_frame_equal(sd.member_frame(mixed, jobs=int(rng.integers(1, 3))), expected,
                                       check_exact=True, obj=f"trial {trial}")
+
+
+def _page_without_time(page):
+    """A report page without what differs from run to run and from input to input: the date and time, the
+    input's name and hash, the command of a single member."""
+    import re
+    page = re.sub(r"\d{4}-\d\d-\d\d \d\d:\d\d [+-]\d{4}", "DATE", page)
+    page = re.sub(r'<td data-field="input">.*?</td>', "INPUT", page)
+    page = re.sub(r"(@bottom-left\{content:)\"[^\"]*\"", r"\1INPUT", page)
+    page = re.sub(r"<title>.*?</title>", "TITLE", page)
+    return page
+
+
+def test_report_of_a_frame_is_the_page_of_the_command(tmp_path):
+    # The example model as a frame: the page of `steeldesign report` on its CSV, but for the date and
+    # the input's name; written to a path when given; the title block's fields as given.
+    frame = pd.read_csv(EXAMPLE, keep_default_na=False, na_values=[""])
+    page = sd.report(frame, tmp_path / "frames.html", project="Hall 2", prepared="J. Smith")
+    assert (tmp_path / "frames.html").read_text(encoding="utf-8") == page
+    command = tmp_path / "command.html"
+    subprocess.run([CLI, "report", EXAMPLE, "--out", command, "--project", "Hall 2", "--prepared", "J. Smith"],
+                   check=False, capture_output=True)
+    assert _page_without_time(page) == _page_without_time(command.read_text(encoding="utf-8"))
+    assert '<td data-field="project">Hall 2</td>' in page and '<td data-field="checked" class="blank"></td>' in page
+    with pytest.raises(ValueError, match="rules"):
+        sd.report(frame, rules="x")
+    with pytest.raises(TypeError, match="project"):
+        sd.report(frame, project=3)
+
+
+def test_result_to_html_is_the_page_of_the_command(tmp_path):
+    # A result's page is the page of the command with the same input; its "Reproduced by" names that
+    # command, which the command's own page names as typed.
+    r = sd.member("IPE 300", "S355", N=-150, My=90, Vz=60, length=6, moments_y=[0, 45, 90], rules="en")
+    page = r.to_html(project="Hall 2")
+    command = tmp_path / "member.html"
+    args = ["member", "IPE 300", "--steel", "S355", "--N", "-150", "--My", "90", "--Vz", "60", "--length", "6",
+            "--moments-y", "0,45,90"]
+    subprocess.run([CLI, *args, "--html", command, "--project", "Hall 2"], check=False, capture_output=True)
+    typed = command.read_text(encoding="utf-8")
+    import re
+    same = lambda p: re.sub(r"Reproduced by <code>.*?</code>", "COMMAND", _page_without_time(p))
+    assert same(page) == same(typed)
+    assert "Reproduced by <code>steeldesign member &#39;IPE 300&#39; --steel S355 --N -150 --My 90 --Vz 60 --length 6 " \
+           "--moments-y 0,45,90</code>" in page
+    c = sd.check("IPE 300", "S355", N=-100, gamma_m0=1.05)
+    assert "steeldesign check &#39;IPE 300&#39; --steel S355 --N -100 --gamma-m0 1.05" in c.to_html()
+    with pytest.raises(TypeError):
+        sd.mcr("IPE 300", length=6, moments_y=[10, 10, 10]).to_html()
