@@ -2,6 +2,8 @@
 // what the page says of rows that were rejected or gave a utilization that is not finite.
 
 #include <report/HtmlReport.h>
+#include <report/InputHash.h>
+#include <report/TitleBlock.h>
 #include <batch/OutputFile.h>
 #include <design/InputError.h>
 #include <report/Svg.h>
@@ -126,3 +128,33 @@ TEST(OutputFile, WritesThroughATemporaryAndRefusesTheInput)
 }
 
 } // namespace
+
+// FIPS 180-4 examples: "abc" and the 448-bit message; a million 'a' crosses many blocks.
+TEST(ReportInputHash, Sha256OfTheStandardsExamples)
+{
+    EXPECT_EQ(report::sha256Hex("abc"), "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
+    EXPECT_EQ(report::sha256Hex(""), "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855");
+    EXPECT_EQ(report::sha256Hex("abcdbcdecdefdefgefghfghighijhijkijkljklmklmnlmnomnopnopq"),
+              "248d6a61d20638b8e5c026930c3e6039a33ce45964ff2167f6ecedd419db06c1");
+    std::istringstream million(std::string(1000000, 'a'));
+    EXPECT_EQ(report::sha256Hex(million).value_or(""),
+              "cdc76e5c9914fb9281a1c7e284d73e67f1809a48a497200e046d39ccc7112cd0");
+}
+
+// A title block's text cannot close the style sheet or a string of it, nor open an element of the page.
+TEST(ReportHtml, TitleBlockTextsAreEscapedInThePageAndItsPageFrame)
+{
+    ReportHeader h = headerOf("m.csv");
+    h.block.project = "</style><script>alert(1)</script>\"}\\\nx";
+    h.block.element = "<b>E</b>";
+    std::ostringstream page;
+    writeReport(page, h, {}, 1);
+    const std::string text = page.str();
+    EXPECT_EQ(text.find("<script>alert"), std::string::npos);
+    EXPECT_EQ(text.find("</style><script>"), std::string::npos);
+    EXPECT_EQ(text.find("<b>E</b>"), std::string::npos);
+    EXPECT_NE(text.find("&lt;/style&gt;&lt;script&gt;alert(1)&lt;/script&gt;"), std::string::npos);
+    EXPECT_EQ(report::cssString("a\"b\\c\nd<e"), "\"a\\\"b\\\\c\\A d\\3C e\"");
+    // One style element: the page frame's strings stay inside it.
+    EXPECT_EQ(text.find("</style>"), text.rfind("</style>"));
+}
