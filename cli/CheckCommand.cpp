@@ -85,6 +85,7 @@ void run(const CheckOptions& o, CommandResult& result)
     KaConstrSteel steel = o.steel.resolve();
     o.standard.apply();
     if (!o.html.empty()) checkOutputPath("--html", o.html, "");
+    if (!o.html.empty()) (void)o.block.resolve();  // a bad title-block file stops the run before any output
     if (o.gammaM0 && !(*o.gammaM0 > 0.0)) throw InputError("--gamma-m0: must be positive, got " + design::shortestText(*o.gammaM0));
     const Forces forces = o.forces.toForces(*section);
     const design::CrossSectionRequest request{section.get(), &steel, forces, o.gammaM0.value_or(0.0), o.elastic};
@@ -149,7 +150,7 @@ void run(const CheckOptions& o, CommandResult& result)
         else std::cout << verdictLine(verdict, outcome.limitations);
     }
     if (!o.html.empty())
-        writeMemberReport("--html", o.html, reportHeaderOf(result.commandLine, o.block, o.standard, rules),
+        writeMemberReport("--html", o.html, reportHeaderOf(result.commandLine, o.block.resolve(), o.standard, rules),
                           std::move(section), steel, {nullptr, nullptr, forces, o.gammaM0.value_or(0.0), o.elastic},
                           std::nullopt);
     result.exitCode = design::exitCodeOf(rules == design::Rules::En ? ruled.enVerdict : verdict);

@@ -100,6 +100,7 @@ void run(const MemberCommandOptions& options, CommandResult& result)
     if (!o.memberChecked())
         throw InputError("--length: a positive buckling length is needed (--length, or --lcr-y / --lcr-z / --l-lt)");
     if (!options.html.empty()) checkOutputPath("--html", options.html, "");
+    if (!options.html.empty()) (void)options.block.resolve();  // a bad title-block file stops the run before any output
     const design::MemberRequest request = o.toRequest(section.get(), &steel);
     const Forces& forces = request.forces;
     const design::MemberOutcome outcome = design::evaluateMember(request);  // the same evaluation as `batch`
@@ -231,7 +232,7 @@ void run(const MemberCommandOptions& options, CommandResult& result)
     // cross-section check at the same point.
     if (!options.html.empty())
         writeMemberReport("--html", options.html,
-                          reportHeaderOf(result.commandLine, options.block, options.member.standard, rules),
+                          reportHeaderOf(result.commandLine, options.block.resolve(), options.member.standard, rules),
                           std::move(section), steel, {nullptr, nullptr, forces, 0.0, request.elastic}, request);
     if (rules == design::Rules::En)
         result.exitCode = m.notApplicable ? exitFulfilled : design::exitCodeOf(ruled.enVerdict);

@@ -1,5 +1,9 @@
 #include "Options.h"
 
+#include <report/TitleBlock.h>
+
+#include <fstream>
+
 #include <design/NumberInput.h>
 
 namespace cli {
@@ -82,6 +86,19 @@ void TitleBlockOptions::addTo(CLI::App& app)
     app.add_option("--checked", checked, "title block: checked by")->group("Title block");
     app.add_option("--approved", approved, "title block: approved by")->group("Title block");
     app.add_option("--revision", revision, "title block: the revision")->group("Title block");
+    app.add_option("--title-block", file,
+                   "title block: a file of 'field: value' lines (project, element, client, prepared, checked, "
+                   "approved, revision); the options above take precedence")
+        ->group("Title block");
+}
+
+report::TitleBlock TitleBlockOptions::resolve() const
+{
+    const report::TitleBlock& given = *this;
+    if (file.empty()) return given;
+    std::ifstream in(file);
+    if (!in) throw InputError("--title-block: cannot read the file '" + file + "'");
+    return report::overlaid(report::readTitleBlock(in, "--title-block: " + file), given);
 }
 
 report::ReportHeader reportHeaderOf(const std::string& commandLine, const report::TitleBlock& block,

@@ -53,7 +53,10 @@ struct StandardOptions : design::StandardInput {
 // The title block of a report (--project, --element, --client, --prepared, --checked, --approved,
 // --revision); a field not given is a blank line on the page.
 struct TitleBlockOptions : report::TitleBlock {
+    std::string file;  // --title-block FILE: the fields from a file, the options above it
     void addTo(CLI::App& app);
+    // The fields of the file (when given) with the options' over them; InputError naming the file.
+    report::TitleBlock resolve() const;
 };
 
 // The header of the report of one command (`check` / `member --html`): the command line as typed names

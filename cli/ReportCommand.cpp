@@ -68,7 +68,7 @@ void run(const ReportOptions& o, CommandResult& result)
     header.model = o.file == "-" ? std::string("standard input") : std::filesystem::path(o.file).filename().string();
     header.date = nowText();
     header.rules = rules;
-    header.block = o.block;
+    header.block = o.block.resolve();
     header.mode = o.standard.mode;
     header.situation = o.standard.situation;
     if (o.file != "-") header.inputHash = fileSha256Hex(o.file).value_or("");

@@ -3,6 +3,7 @@
 #include "Svg.h"
 
 #include <design/DesignBasis.h>
+#include <design/InputError.h>
 #include <design/MemberCheck.h>
 
 #include <KaStandard.h>
@@ -64,6 +65,52 @@ std::string situationText(const std::string& situation)
 std::string orLine(const std::string& value) { return value.empty() ? std::string("__________") : value; }
 
 } // namespace
+
+TitleBlock readTitleBlock(std::istream& in, const std::string& name)
+{
+    TitleBlock b;
+    std::pair<const char*, std::string*> fields[] = {{"project", &b.project},   {"element", &b.element},
+                                                     {"client", &b.client},     {"prepared", &b.prepared},
+                                                     {"checked", &b.checked},   {"approved", &b.approved},
+                                                     {"revision", &b.revision}};
+    bool given[std::size(fields)] = {};
+    auto trimmed = [](std::string_view s) {
+        const auto a = s.find_first_not_of(" \t\r");
+        if (a == std::string_view::npos) return std::string_view();
+        return s.substr(a, s.find_last_not_of(" \t\r") - a + 1);
+    };
+    std::string line;
+    for (std::size_t number = 1; std::getline(in, line); ++number) {
+        const std::string where = name + ": line " + std::to_string(number) + ": ";
+        if (line.size() > 500) throw design::InputError(where + "longer than 500 bytes");
+        const std::string_view text = trimmed(line);
+        if (text.empty() || text.front() == '#') continue;
+        const auto colon = text.find(':');
+        if (colon == std::string_view::npos)
+            throw design::InputError(where + "expected 'field: value', got '" + std::string(text) + "'");
+        const std::string_view key = trimmed(text.substr(0, colon));
+        std::size_t i = 0;
+        while (i < std::size(fields) && key != fields[i].first) ++i;
+        if (i == std::size(fields))
+            throw design::InputError(where + "unknown field '" + std::string(key) +
+                                     "' (project, element, client, prepared, checked, approved, revision)");
+        if (given[i]) throw design::InputError(where + "the field '" + std::string(key) + "' is given twice");
+        given[i] = true;
+        *fields[i].second = std::string(trimmed(text.substr(colon + 1)));
+    }
+    if (in.bad()) throw design::InputError(name + ": cannot be read");
+    return b;
+}
+
+TitleBlock overlaid(const TitleBlock& base, const TitleBlock& over)
+{
+    TitleBlock b = base;
+    for (auto [to, from] : {std::pair{&b.project, &over.project}, {&b.element, &over.element},
+                            {&b.client, &over.client}, {&b.prepared, &over.prepared}, {&b.checked, &over.checked},
+                            {&b.approved, &over.approved}, {&b.revision, &over.revision}})
+        if (!from->empty()) *to = *from;
+    return b;
+}
 
 std::string softwareName() { return std::string("steeldesign ") + STEELDESIGN_VERSION; }
 

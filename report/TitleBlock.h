@@ -9,6 +9,7 @@
 
 #include "HtmlReport.h"
 
+#include <istream>
 #include <string>
 #include <string_view>
 
@@ -25,6 +26,15 @@ std::string pageFrameCss(const ReportHeader& header);
 
 // The signatures (prepared, checked, approved: name, signature, date) and the revisions, for the end.
 std::string signatureBlockHtml(const ReportHeader& header);
+
+// The fields of a title-block file: a "field: value" line per field (project, element, client, prepared,
+// checked, approved, revision), blank lines and lines starting with '#' left out. An unknown field, a
+// line without ':', a field given twice or a line longer than 500 bytes is InputError naming the file
+// (name) and the line.
+TitleBlock readTitleBlock(std::istream& in, const std::string& name);
+
+// The fields of over, where given, over those of base.
+TitleBlock overlaid(const TitleBlock& base, const TitleBlock& over);
 
 // A text as the content of a CSS string ("..."): quotes, backslashes, line ends and '<' escaped.
 std::string cssString(std::string_view text);

@@ -4,6 +4,8 @@
 #include <report/HtmlReport.h>
 #include <report/InputHash.h>
 #include <report/TitleBlock.h>
+
+#include "CommandRunner.h"
 #include <batch/OutputFile.h>
 #include <design/InputError.h>
 #include <report/Svg.h>
@@ -157,4 +159,49 @@ TEST(ReportHtml, TitleBlockTextsAreEscapedInThePageAndItsPageFrame)
     EXPECT_EQ(report::cssString("a\"b\\c\nd<e"), "\"a\\\"b\\\\c\\A d\\3C e\"");
     // One style element: the page frame's strings stay inside it.
     EXPECT_EQ(text.find("</style>"), text.rfind("</style>"));
+}
+
+// A title-block file: its fields, the options over them; every bad line refused naming the file and the line.
+TEST(ReportTitleBlock, FileFieldsAndTheirErrors)
+{
+    std::istringstream good("# sheet of job 17\nproject: Hall 7\n  prepared :  J. Smith  \n\nrevision: A\n");
+    const report::TitleBlock b = report::readTitleBlock(good, "tb.txt");
+    EXPECT_EQ(b.project, "Hall 7");
+    EXPECT_EQ(b.prepared, "J. Smith");
+    EXPECT_EQ(b.revision, "A");
+    EXPECT_EQ(b.checked, "");
+    report::TitleBlock options;
+    options.revision = "B";
+    const report::TitleBlock both = report::overlaid(b, options);
+    EXPECT_EQ(both.revision, "B");
+    EXPECT_EQ(both.project, "Hall 7");
+
+    const auto error = [](const std::string& text) {
+        std::istringstream in(text);
+        try {
+            report::readTitleBlock(in, "tb.txt");
+        } catch (const design::InputError& e) {
+            return std::string(e.what());
+        }
+        return std::string("accepted");
+    };
+    EXPECT_EQ(error("project: X\nbogus: y\n"),
+              "tb.txt: line 2: unknown field 'bogus' (project, element, client, prepared, checked, approved, revision)");
+    EXPECT_EQ(error("project X\n"), "tb.txt: line 1: expected 'field: value', got 'project X'");
+    EXPECT_EQ(error("project: X\nproject: Y\n"), "tb.txt: line 2: the field 'project' is given twice");
+    EXPECT_EQ(error("project: " + std::string(600, 'x') + "\n"), "tb.txt: line 1: longer than 500 bytes");
+
+    // Through the command: a bad file is exit 2 before anything is written.
+    const std::filesystem::path dir = std::filesystem::temp_directory_path() / "steeldesign-title-block-test";
+    std::filesystem::create_directories(dir);
+    std::ofstream(dir / "bad.txt") << "project: X\nbogus: y\n";
+    const std::string out = (dir / "page.html").string();
+    std::filesystem::remove(out);
+    const CommandRun run = runSteeldesign("member \"IPE 300\" --N -10 --length 3 --html " + out + " --title-block " +
+                                          (dir / "bad.txt").string());
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_NE(run.output.find("--title-block: "), std::string::npos);
+    EXPECT_EQ(run.output.find("verdict"), std::string::npos);  // nothing printed before the refusal
+    EXPECT_FALSE(std::filesystem::exists(out));
+    std::filesystem::remove_all(dir);
 }
