@@ -841,16 +841,6 @@ std::string nowText()
     return text;
 }
 
-std::string todayText()
-{
-    const std::time_t now = std::time(nullptr);
-    std::tm local{};
-    localtime_r(&now, &local);
-    char text[16];
-    std::strftime(text, sizeof text, "%Y-%m-%d", &local);
-    return text;
-}
-
 void writeReport(std::ostream& out, const ReportHeader& header, const std::vector<ReportMember>& members, unsigned jobs)
 {
     // Member sections first (the costly part, on every core), then the page around them.

@@ -89,9 +89,6 @@ void writeMemberReport(std::string_view option, const std::string& path, ReportH
 std::string memberReportHtml(ReportHeader header, std::shared_ptr<SDBSection> section, const KaConstrSteel& steel,
                              const design::CrossSectionRequest& cross, const std::optional<design::MemberRequest>& member);
 
-// Today's date as yyyy-mm-dd (local time).
-std::string todayText();
-
 // The date and time now as "yyyy-mm-dd hh:mm +zzzz" (local time and its offset from UTC).
 std::string nowText();
 

@@ -261,8 +261,8 @@ def read_results(text):
     return _typed(frame)
 
 
-def _frame(df, jobs, member_checks, rules):
-    _check_rules(rules)
+def _columns(df):
+    """The columns of a frame as NumPy arrays by name, for the C++ evaluation."""
     if not isinstance(df, pd.DataFrame):
         raise ValueError(f"df: a pandas DataFrame is needed, got {type(df).__name__}")
     columns = {}
@@ -270,6 +270,12 @@ def _frame(df, jobs, member_checks, rules):
         if not isinstance(name, str):
             raise ValueError(f"df: column names must be text, got {name!r}")
         columns[name] = df[name].to_numpy()
+    return columns
+
+
+def _frame(df, jobs, member_checks, rules):
+    _check_rules(rules)
+    columns = _columns(df)
     if not member_checks:
         for name in ("lengthY", "lengthZ", "lengthLT", "lengthT"):
             columns.pop(name, None)
@@ -307,18 +313,12 @@ def report(df, path=None, *, jobs=0, rules="en", title="", project="", element="
     temporary file beside it, renamed when complete). The title block takes the fields given here; the
     others are blank lines to fill in by hand. At most 10,000 rows."""
     _check_rules(rules)
-    if not isinstance(df, pd.DataFrame):
-        raise ValueError(f"df: a pandas DataFrame is needed, got {type(df).__name__}")
+    columns = _columns(df)
     texts = dict(title=title, project=project, element=element, client=client, prepared=prepared,
                  checked=checked, approved=approved, revision=revision)
     for name, value in texts.items():
         if not isinstance(value, str):
             raise TypeError(f"{name}: a text is needed, got {type(value).__name__}")
-    columns = {}
-    for name in df.columns:
-        if not isinstance(name, str):
-            raise ValueError(f"df: column names must be text, got {name!r}")
-        columns[name] = df[name].to_numpy()
     page = _core.report_of_columns(columns, len(df), jobs, rules, **texts)
     if path is not None:
         import os
