@@ -493,6 +493,16 @@ def test_report_of_a_frame_is_the_page_of_the_command(tmp_path):
         sd.report(frame, rules="x")
     with pytest.raises(TypeError, match="project"):
         sd.report(frame, project=3)
+    with pytest.raises(ValueError, match="df"):
+        sd.report([1, 2])
+    with pytest.raises(ValueError, match="10000"):
+        sd.report(pd.concat([frame] * 200, ignore_index=True))
+    with pytest.raises(ValueError, match="no column 'N'"):
+        sd.report(frame.rename(columns={"N": "Nx"}))
+    # The path is written whole or not at all: a folder that does not exist leaves nothing behind.
+    with pytest.raises(OSError):
+        sd.report(frame, tmp_path / "missing" / "r.html")
+    assert sorted(p.name for p in tmp_path.iterdir()) == ["command.html", "frames.html"]
 
 
 def test_result_to_html_is_the_page_of_the_command(tmp_path):
