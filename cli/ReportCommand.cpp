@@ -48,8 +48,9 @@ void run(const ReportOptions& o, CommandResult& result)
         file.open(o.file, std::ios::binary);
         if (!file) throw InputError("report: cannot read the file '" + o.file + "'");
     }
-    std::istream& in = o.file == "-" ? std::cin : file;
-    BatchReader reader(in, std::nullopt, o.jobs);
+    // The input's SHA-256 is that of the bytes read (a file changed meanwhile, a pipe, standard input).
+    HashedInput hashed(o.file == "-" ? std::cin : file);
+    BatchReader reader(hashed.stream(), std::nullopt, o.jobs);
     std::vector<BatchRow> rows, chunk;
     while (reader.next(chunk, 4096)) {
         rows.insert(rows.end(), std::make_move_iterator(chunk.begin()), std::make_move_iterator(chunk.end()));
@@ -71,7 +72,7 @@ void run(const ReportOptions& o, CommandResult& result)
     header.block = o.block.resolve();
     header.mode = o.standard.mode;
     header.situation = o.standard.situation;
-    if (o.file != "-") header.inputHash = fileSha256Hex(o.file).value_or("");
+    header.inputHash = hashed.hex();
     std::ostringstream page;
     writeReport(page, header, members, o.jobs);
     if (o.out == "-") {

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cstdint>
-#include <fstream>
 
 namespace report {
 
@@ -106,11 +105,32 @@ std::optional<std::string> sha256Hex(std::istream& in)
     return h.hex();
 }
 
-std::optional<std::string> fileSha256Hex(const std::string& path)
+struct HashedInput::Impl : std::streambuf {
+    explicit Impl(std::istream& source) : source(source), stream(this) {}
+    int_type underflow() override
+    {
+        const std::streamsize n = source.rdbuf()->sgetn(buffer, sizeof buffer);
+        if (n <= 0) return traits_type::eof();
+        hash.add(reinterpret_cast<const unsigned char*>(buffer), static_cast<std::size_t>(n));
+        setg(buffer, buffer, buffer + n);
+        return traits_type::to_int_type(buffer[0]);
+    }
+    std::istream& source;
+    std::istream stream;
+    Sha256 hash;
+    char buffer[1 << 16];
+};
+
+HashedInput::HashedInput(std::istream& source) : impl_(std::make_unique<Impl>(source)) {}
+
+HashedInput::~HashedInput() = default;
+
+std::istream& HashedInput::stream() { return impl_->stream; }
+
+std::string HashedInput::hex() const
 {
-    std::ifstream file(path, std::ios::binary);
-    if (!file) return std::nullopt;
-    return sha256Hex(file);
+    Sha256 copy = impl_->hash;  // the digest pads a copy: reading may go on
+    return copy.hex();
 }
 
 } // namespace report

@@ -4,6 +4,7 @@
 // the exact file it was made from: `sha256sum model.csv` gives the same hex digits.
 
 #include <istream>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -16,7 +17,21 @@ std::string sha256Hex(std::string_view bytes);
 // The hex digest of a stream's bytes to its end; nullopt when it cannot be read.
 std::optional<std::string> sha256Hex(std::istream& in);
 
-// The hex digest of a file's bytes; nullopt when it cannot be read.
-std::optional<std::string> fileSha256Hex(const std::string& path);
+// A stream over another that hashes every byte read through it: the digest of exactly the bytes a reader
+// took (a file that changes meanwhile, a pipe, standard input), once it has read to the end.
+class HashedInput {
+public:
+    explicit HashedInput(std::istream& source);
+    ~HashedInput();
+    HashedInput(const HashedInput&) = delete;
+    HashedInput& operator=(const HashedInput&) = delete;
+    std::istream& stream();
+    // The digest of the bytes read so far.
+    std::string hex() const;
+
+private:
+    struct Impl;
+    std::unique_ptr<Impl> impl_;
+};
 
 } // namespace report

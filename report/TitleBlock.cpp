@@ -9,6 +9,7 @@
 #include <KaStandard.h>
 
 #include <cstdio>
+#include <sstream>
 
 #ifndef STEELDESIGN_VERSION
 #define STEELDESIGN_VERSION "unknown"
@@ -79,8 +80,16 @@ TitleBlock readTitleBlock(std::istream& in, const std::string& name)
         if (a == std::string_view::npos) return std::string_view();
         return s.substr(a, s.find_last_not_of(" \t\r") - a + 1);
     };
+    // At most 16 KiB are read: a title block is a few lines, and /dev/zero is no title block.
+    constexpr std::size_t maxBytes = 16 * 1024;
+    std::string whole(maxBytes + 1, '\0');
+    in.read(whole.data(), static_cast<std::streamsize>(whole.size()));
+    if (in.bad()) throw design::InputError(name + ": cannot be read");
+    whole.resize(static_cast<std::size_t>(in.gcount()));
+    if (whole.size() > maxBytes) throw design::InputError(name + ": larger than 16 KiB");
+    std::istringstream lines(whole);
     std::string line;
-    for (std::size_t number = 1; std::getline(in, line); ++number) {
+    for (std::size_t number = 1; std::getline(lines, line); ++number) {
         const std::string where = name + ": line " + std::to_string(number) + ": ";
         if (line.size() > 500) throw design::InputError(where + "longer than 500 bytes");
         const std::string_view text = trimmed(line);
@@ -98,7 +107,6 @@ TitleBlock readTitleBlock(std::istream& in, const std::string& name)
         given[i] = true;
         *fields[i].second = std::string(trimmed(text.substr(colon + 1)));
     }
-    if (in.bad()) throw design::InputError(name + ": cannot be read");
     return b;
 }
 

@@ -141,6 +141,14 @@ TEST(ReportInputHash, Sha256OfTheStandardsExamples)
     std::istringstream million(std::string(1000000, 'a'));
     EXPECT_EQ(report::sha256Hex(million).value_or(""),
               "cdc76e5c9914fb9281a1c7e284d73e67f1809a48a497200e046d39ccc7112cd0");
+    // Through a reader: the digest of the bytes it took, line by line, to the end.
+    std::istringstream source(std::string(300000, 'a'));
+    report::HashedInput hashed(source);
+    std::string line, read;
+    std::getline(hashed.stream(), line, 'x');
+    EXPECT_EQ(line.size(), 300000u);
+    EXPECT_EQ(hashed.hex(), report::sha256Hex(std::string(300000, 'a')));
+    EXPECT_EQ(hashed.hex(), hashed.hex());  // asking twice changes nothing
 }
 
 // A title block's text cannot close the style sheet or a string of it, nor open an element of the page.
@@ -190,6 +198,7 @@ TEST(ReportTitleBlock, FileFieldsAndTheirErrors)
     EXPECT_EQ(error("project X\n"), "tb.txt: line 1: expected 'field: value', got 'project X'");
     EXPECT_EQ(error("project: X\nproject: Y\n"), "tb.txt: line 2: the field 'project' is given twice");
     EXPECT_EQ(error("project: " + std::string(600, 'x') + "\n"), "tb.txt: line 1: longer than 500 bytes");
+    EXPECT_EQ(error(std::string(20000, '\0')), "tb.txt: larger than 16 KiB");
 
     // Through the command: a bad file is exit 2 before anything is written.
     const std::filesystem::path dir = std::filesystem::temp_directory_path() / "steeldesign-title-block-test";

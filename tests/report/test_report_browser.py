@@ -374,6 +374,13 @@ def test_title_block_shows_the_fields_given_and_blank_lines_for_the_others(tmp_p
     assert cells["software"].startswith("steeldesign ")
     digest = subprocess.run(["sha256sum", str(EXAMPLE)], capture_output=True, text=True).stdout.split()[0]
     assert cells["input"] == "frames.csv" + "SHA-256 " + digest
+    # Read from standard input: the digest of the bytes read.
+    piped = tmp_path / "piped.html"
+    with open(EXAMPLE, "rb") as f:
+        subprocess.run([CLI, "report", "-", "--out", str(piped)], stdin=f, capture_output=True, timeout=300)
+    dom_piped = Dom(piped.read_text())
+    cell = next(td for td in dom_piped.find("td") if td["attrs"].get("data-field") == "input")
+    assert cell["text"] == "standard input" + "SHA-256 " + digest
     signatures = dom.find("table", cls="signatures")[0]
     names = {td["attrs"]["data-field"]: td["text"] for td in dom.find("td", within=signatures) if "data-field" in td["attrs"]}
     assert names == {"prepared": "J. Smith", "checked": "A. Jones", "approved": "K. Lee"}
