@@ -1,5 +1,6 @@
 #include "InputHash.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
