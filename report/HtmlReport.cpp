@@ -507,7 +507,9 @@ std::string utilizationText(const std::string& text)
 {
     double v = 0.0;
     if (text.empty() || design::readNumber(text, v) != design::NumberProblem::None || !std::isfinite(v)) return text;
-    const double up = std::ceil(v * 1000.0 - 1e-9) / 1000.0;
+    // The 1e-9 keeps 0.903 (0.90300000000000002 as a double) at 0.903; a value over 1 never prints 1.000.
+    double up = std::ceil(v * 1000.0 - 1e-9) / 1000.0;
+    if (v > 1.0 && up <= 1.0) up = 1.001;
     return number(up == 0.0 ? 0.0 : up, 3);
 }
 
