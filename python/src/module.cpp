@@ -441,6 +441,23 @@ std::vector<Column> readColumns(const py::dict& columns, std::size_t rows)
     return read;
 }
 
+// Rows [first, first + rows.size()) of the columns parsed into rows as the batch parses its rows, on every
+// core. Needs no GIL.
+void parseColumns(const std::vector<Column>& read, const batch::ColumnLayout& layout, std::size_t first,
+                  unsigned jobs, std::vector<batch::BatchRow>& rows)
+{
+    std::vector<bool> asNumber(read.size());
+    for (std::size_t c = 0; c < read.size(); ++c) asNumber[c] = layout.isNumber(c);
+    batch::forEachChunk(rows.size(), 1024, jobs, [&](std::size_t begin, std::size_t end) {
+        std::vector<batch::InputCell> cells(read.size());
+        std::vector<std::string> scratch(read.size());
+        for (std::size_t k = begin; k < end; ++k) {
+            for (std::size_t c = 0; c < read.size(); ++c) read[c].cell(first + k, asNumber[c], cells[c], scratch[c]);
+            layout.parse(cells.data(), first + k, rows[k]);
+        }
+    });
+}
+
 // Runs the rows of the columns through the batch's row parser and evaluator, chunk by chunk, handing
 // each chunk's results (and the index of its first row) to `take`. Needs no GIL.
 template <typename Take>
@@ -452,20 +469,9 @@ void runColumns(const std::vector<Column>& read, const batch::ColumnLayout& layo
     constexpr std::size_t chunkRows = 8192;
     std::vector<batch::BatchRow> chunk;
     std::vector<batch::RowResult> results;
-    std::vector<bool> asNumber(read.size());
-    for (std::size_t c = 0; c < read.size(); ++c) asNumber[c] = layout.isNumber(c);
     for (std::size_t first = 0; first < rows; first += chunkRows) {
-        const std::size_t n = std::min(chunkRows, rows - first);
-        chunk.resize(n);
-        batch::forEachChunk(n, 1024, jobs, [&](std::size_t begin, std::size_t end) {
-            std::vector<batch::InputCell> cells(read.size());
-            std::vector<std::string> scratch(read.size());
-            for (std::size_t k = begin; k < end; ++k) {
-                for (std::size_t c = 0; c < read.size(); ++c)
-                    read[c].cell(first + k, asNumber[c], cells[c], scratch[c]);
-                layout.parse(cells.data(), first + k, chunk[k]);
-            }
-        });
+        chunk.resize(std::min(chunkRows, rows - first));
+        parseColumns(read, layout, first, jobs, chunk);
         evaluator.run(chunk, results);
         take(results, first);
     }
@@ -642,14 +648,9 @@ std::string reportOfColumns(const py::dict& columns, std::size_t rows, unsigned 
     {
         py::gil_scoped_release release;
         design::StandardInput{}.apply();
-        std::vector<batch::InputCell> cells(read.size());
-        std::vector<std::string> scratch(read.size());
         std::vector<report::ReportMember> members(rows);
         std::vector<batch::BatchRow> parsed(rows);
-        for (std::size_t r = 0; r < rows; ++r) {
-            for (std::size_t c = 0; c < read.size(); ++c) read[c].cell(r, layout.isNumber(c), cells[c], scratch[c]);
-            layout.parse(cells.data(), r, parsed[r]);
-        }
+        parseColumns(read, layout, 0, jobs, parsed);
         batch::forEachChunk(rows, 16, jobs, [&](std::size_t begin, std::size_t end) {
             for (std::size_t r = begin; r < end; ++r) members[r] = report::reportMember(parsed[r], rules);
         });
