@@ -52,6 +52,7 @@ RuledResult crossSectionRuled(const CrossSectionRequest& request, const CrossSec
     r.enLimitations = en.limitations;
     r.enTrace = std::move(traces.crossSection);
     const auto& names = utilizationNames();
+    r.checks.reserve(7);
     for (std::size_t i = 0; i < 7; ++i)
         r.checks.push_back({names[i], en.utilizations[i], outcome.results.getUtilization(crossSectionSummary[i])});
     return r;
@@ -75,6 +76,7 @@ MemberRuled memberRuled(const MemberRequest& request, const MemberOutcome& outco
     const auto& names = utilizationNames();
     const auto library = memberSummary(outcome);
     bool any = false;
+    r.checks.reserve(4);
     for (std::size_t i = 0; i < 4; ++i) {
         r.checks.push_back({names[7 + i], en.member.utilization[i], library[i]});
         any = any || en.member.utilization[i].hasValue();

@@ -14,14 +14,16 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace design {
 
-// One summary check of a result under both rules: its name (a column of the batch), the EN 1993-1-1
-// value and the library's (empty where not computed).
+// One summary check of a result under both rules: its name (a column of the batch: one of
+// utilizationNames(), which outlive every result), the EN 1993-1-1 value and the library's (empty where
+// not computed).
 struct CheckPair {
-    std::string name;
+    std::string_view name;
     kat::Nullable<double> en, library;
 };
 

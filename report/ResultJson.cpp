@@ -389,6 +389,7 @@ ResultSummary ruledSummary(ResultSummary library, const design::RuledResult& res
     library.notVerified.reset();
     if (result.enLimitations) library.notVerified = design::describeAll(result.enLimitations);
     library.utilizations.clear();
+    library.utilizations.reserve(result.checks.size());
     for (const design::CheckPair& c : result.checks) library.utilizations.emplace_back(c.name, finiteValue(c.en));
     return library;
 }
@@ -403,6 +404,7 @@ ResultSummary checkSummary(const design::CrossSectionRequest& request, const des
     s.sectionClass = outcome.initializer.getClass();
     if (outcome.limitations) s.notVerified = design::describeAll(outcome.limitations);
     if (rules != design::Rules::En) {
+        s.utilizations.reserve(R::utilizationTypeCount);
         for (int t = 0; t < R::utilizationTypeCount; ++t) {
             const kat::Nullable<double> u = outcome.results.getUtilization(static_cast<R::UtilizationType>(t));
             s.utilizations.emplace_back(R::nameOf(static_cast<R::UtilizationType>(t)),

@@ -21,6 +21,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -95,13 +96,15 @@ nlohmann::json memberJson(const SDBSection& section, const KaConstrSteel& steel,
 // same keys ("verdict", "governing", "governingUtilization", "class", "notVerified", "utilizations"),
 // without the document or the trace: what a caller reads first, cheaply. An empty optional is the JSON's
 // null; a utilization may be non-finite where the document holds it so.
+// The names are static texts (the verdicts' and the checks' names), so that a summary costs no text
+// copies.
 struct ResultSummary {
-    std::string verdict;
-    std::optional<std::string> governing;
+    std::string_view verdict;
+    std::optional<std::string_view> governing;
     std::optional<double> governingUtilization;
     int sectionClass = 0;
     std::optional<std::string> notVerified;
-    std::vector<std::pair<std::string, std::optional<double>>> utilizations;
+    std::vector<std::pair<std::string_view, std::optional<double>>> utilizations;
 };
 ResultSummary checkSummary(const design::CrossSectionRequest& request, const design::CrossSectionOutcome& outcome,
                            design::Rules rules);

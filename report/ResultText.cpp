@@ -111,7 +111,7 @@ std::string rulesBlock(design::Rules rules, const std::vector<design::CheckPair>
         const char* verdict = !inForce.hasValue() ? ""
                               : !std::isfinite(inForce.value()) || inForce.value() > 1.0 + 1e-9 ? "NOT FULFILLED"
                                                                                               : "fulfilled";
-        std::snprintf(buffer, sizeof buffer, "  %-24s %8s  %-13s %s\n", c.name.c_str(),
+        std::snprintf(buffer, sizeof buffer, "  %-24s %8s  %-13s %s\n", std::string(c.name).c_str(),
                       valueOrDash(inForce).c_str(), verdict, other.c_str());
         out += buffer;
     }

@@ -9,6 +9,9 @@
 #include <report/HtmlReport.h>
 #include <report/ResultJson.h>
 
+#include "CallArguments.h"
+#include "Results.h"
+
 #include <design/DesignBasis.h>
 #include <design/InputError.h>
 #include <design/NumberInput.h>
@@ -39,32 +42,11 @@
 #include <vector>
 
 namespace py = pybind11;
+using pyresult::CheckResult;
+using pyresult::MemberResult;
+using pyresult::toPython;
 
 namespace {
-
-// A JSON document as Python objects: objects as dicts (in the document's key order), arrays as lists.
-py::object toPython(const nlohmann::json& j)
-{
-    switch (j.type()) {
-    case nlohmann::json::value_t::null: return py::none();
-    case nlohmann::json::value_t::boolean: return py::bool_(j.get<bool>());
-    case nlohmann::json::value_t::number_integer: return py::int_(j.get<std::int64_t>());
-    case nlohmann::json::value_t::number_unsigned: return py::int_(j.get<std::uint64_t>());
-    case nlohmann::json::value_t::number_float: return py::float_(j.get<double>());
-    case nlohmann::json::value_t::string: return py::str(j.get_ref<const std::string&>());
-    case nlohmann::json::value_t::array: {
-        py::list list;
-        for (const auto& item : j) list.append(toPython(item));
-        return list;
-    }
-    case nlohmann::json::value_t::object: {
-        py::dict dict;
-        for (auto it = j.begin(); it != j.end(); ++it) dict[py::str(it.key())] = toPython(it.value());
-        return dict;
-    }
-    default: return py::none();
-    }
-}
 
 // A number given by the caller must be finite; ValueError naming the argument otherwise.
 double finite(const char* name, double value)
@@ -73,138 +55,214 @@ double finite(const char* name, double value)
     return value;
 }
 
-std::optional<double> finite(const char* name, const std::optional<double>& value)
-{
-    if (value) finite(name, *value);
-    return value;
-}
-
-design::ForceInput forcesOf(double N, double My, double Mz, double Mt, double Vy, double Vz)
-{
-    design::ForceInput f;
-    f.N = finite("N", N);
-    f.My = finite("My", My);
-    f.Mz = finite("Mz", Mz);
-    f.Mt = finite("Mt", Mt);
-    f.Vy = finite("Vy", Vy);
-    f.Vz = finite("Vz", Vz);
-    return f;
-}
-
 py::object section(const std::string& name) { return toPython(report::sectionJson(*design::resolveSection(name))); }
 
 // A section by the name the caller gave, kept per thread for the few names met last: a loop of checks
 // names the same handful (a section is never changed by a check).
-std::shared_ptr<SDBSection> sectionNamed(const std::string& name)
+std::shared_ptr<SDBSection> sectionNamed(std::string_view name)
 {
     thread_local std::deque<std::pair<std::string, std::shared_ptr<SDBSection>>> recent;
     for (const auto& [known, section] : recent)
         if (known == name) return section;
     std::shared_ptr<SDBSection> section = design::resolveSection(name);
     if (recent.size() >= 16) recent.pop_back();
-    recent.emplace_front(name, section);
+    recent.emplace_front(std::string(name), section);
     return section;
 }
 
-// What a check or member result shares: its section, steel, standard and rules, the headline read on
-// demand (report::ResultSummary) and the JSON document made once, when asked.
-struct ResultCore {
-    ResultCore(std::shared_ptr<SDBSection> s, KaConstrSteel grade, std::string m, std::string sit, design::Rules r)
-        : section(std::move(s)), steel(std::move(grade)), mode(std::move(m)), situation(std::move(sit)), rules(r)
-    {
-    }
-    std::shared_ptr<SDBSection> section;
-    KaConstrSteel steel;
-    std::string mode, situation;
-    design::Rules rules;
-    report::ResultSummary summary;
-    py::object document;
-    batch::MemberRow row;  // the call as a batch row: the command that reproduces it on the report
+// The standard, steel and rules of a call (ValueError or InputError naming the argument).
+design::Rules rulesOf(std::string_view name) { return design::rulesByName(std::string(name)); }
 
-    py::object optionalNumber(const std::optional<double>& v) const { return v ? py::object(py::float_(*v)) : py::none(); }
-    py::object optionalText(const std::optional<std::string>& v) const { return v ? py::object(py::str(*v)) : py::none(); }
-    py::dict utilizations() const
-    {
-        py::dict out;
-        for (const auto& [name, value] : summary.utilizations) out[py::str(name)] = optionalNumber(value);
-        return out;
-    }
-};
-
-// A check's result (Request, Outcome: the cross-section's or the member's); the document of its --json
-// (json: report::checkJson or memberJson) made on the first to_dict(), under the result's own standard.
-template <class Request, class Outcome, auto json>
-struct Result : ResultCore {
-    using ResultCore::ResultCore;
-    Request request{};
-    std::optional<Outcome> outcome;
-
-    // The design report of this result, as `check --html` / `member --html` write it.
-    std::string toHtml(const report::TitleBlock& block)
-    {
-        design::applyStandard(mode, situation);
-        report::ReportHeader header;
-        header.rules = rules;
-        header.block = block;
-        header.mode = mode;
-        header.situation = situation;
-        header.model = report::commandOfRow(row, mode, situation, rules);
-        if constexpr (std::is_same_v<Request, design::MemberRequest>) {
-            const design::CrossSectionRequest cross{nullptr, nullptr, request.forces, 0.0, request.elastic};
-            return report::memberReportHtml(header, section, steel, cross, request);
-        } else {
-            return report::memberReportHtml(header, section, steel, request, std::nullopt);
-        }
-    }
-
-    py::object toDict()
-    {
-        if (!document) {
-            design::applyStandard(mode, situation);
-            document = toPython(json(*section, steel, request, *outcome, design::findDepartures(request, *outcome), rules));
-        }
-        return document;
-    }
-};
-
-nlohmann::json checkDocument(const SDBSection& s, const KaConstrSteel& steel, const design::CrossSectionRequest& r,
-                             const design::CrossSectionOutcome& o, const design::Departures& d, design::Rules rules)
+// The steel grade by name, the last one met kept per thread.
+const KaConstrSteel& steelNamed(std::string_view name)
 {
-    return report::checkJson(s, steel, r, o, d, rules);
+    thread_local std::string known;
+    thread_local std::optional<KaConstrSteel> steel;
+    if (!steel || known != name) {
+        steel.emplace(design::steelByName(std::string(name)));
+        known = name;
+    }
+    return *steel;
 }
 
-nlohmann::json memberDocument(const SDBSection& s, const KaConstrSteel& steel, const design::MemberRequest& r,
-                              const design::MemberOutcome& o, const design::Departures& d, design::Rules rules)
+std::unique_ptr<CheckResult> check(std::string_view name, std::string_view steelGrade, const design::ForceInput& forces,
+                                   std::optional<double> gammaM0, bool elastic, std::string_view mode,
+                                   std::string_view situation, std::string_view rulesName)
 {
-    return report::memberJson(s, steel, r, o, d, rules);
-}
-
-using CheckResult = Result<design::CrossSectionRequest, design::CrossSectionOutcome, checkDocument>;
-using MemberResult = Result<design::MemberRequest, design::MemberOutcome, memberDocument>;
-
-std::unique_ptr<CheckResult> check(const std::string& name, const std::string& steelGrade, double N, double My,
-                                   double Mz, double Mt, double Vy, double Vz, bool legAxes, std::optional<double> gammaM0,
-                                   bool elastic, const std::string& mode, const std::string& situation,
-                                   const std::string& rulesName)
-{
-    auto r = std::make_unique<CheckResult>(sectionNamed(name), design::steelByName(steelGrade), mode, situation,
-                                           design::rulesByName(rulesName));
-    design::applyStandard(mode, situation);
-    if (gammaM0 && !(finite("gamma_m0", *gammaM0) > 0.0))
+    auto r = std::make_unique<CheckResult>(sectionNamed(name), steelNamed(steelGrade), std::string(mode),
+                                           std::string(situation), rulesOf(rulesName));
+    design::applyStandard(r->mode, r->situation);
+    if (gammaM0 && !(*gammaM0 > 0.0))
         throw py::value_error("gamma_m0: must be positive, got " + design::shortestText(*gammaM0));
-    design::ForceInput forces = forcesOf(N, My, Mz, Mt, Vy, Vz);
-    forces.legAxes = legAxes;
     r->request = design::CrossSectionRequest{r->section.get(), &r->steel, forces.toForces(*r->section),
                                              gammaM0.value_or(0.0), elastic};
-    r->row.section = name;
-    r->row.steel = steelGrade;
-    r->row.N = N, r->row.My = My, r->row.Mz = Mz, r->row.Mt = Mt, r->row.Vy = Vy, r->row.Vz = Vz;
-    r->row.legAxes = legAxes;
-    r->row.gammaM0 = gammaM0;
-    r->row.elastic = elastic;
+    batch::MemberRow& row = r->row;
+    row.section = name;
+    row.steel = steelGrade;
+    row.N = forces.N, row.My = forces.My, row.Mz = forces.Mz, row.Mt = forces.Mt, row.Vy = forces.Vy, row.Vz = forces.Vz;
+    row.legAxes = forces.legAxes;
+    row.gammaM0 = gammaM0;
+    row.elastic = elastic;
     r->outcome.emplace(design::evaluateCrossSection(r->request));
     r->summary = report::checkSummary(r->request, *r->outcome, r->rules);
     return r;
+}
+
+// Start, middle and end moments as the command's option takes them ("60,30,0").
+std::string momentsText(const std::optional<std::array<double, 3>>& values)
+{
+    if (!values) return {};
+    std::string text;
+    for (double v : *values) {
+        if (!text.empty()) text += ',';
+        text += design::shortestText(v);
+    }
+    return text;
+}
+
+// What a member check takes besides its section, steel, forces and standard (as the command's options).
+struct MemberOptions {
+    std::optional<double> length, lcrY, lcrZ, lLT, lcrT;
+    double gammaM1 = 1.0;
+    std::optional<std::array<double, 3>> momentsY, momentsZ;
+    std::string_view diagramY = "polygonal", diagramZ = "polygonal";
+    std::optional<double> maxMoment;
+    std::string_view loadPoint = "center";
+    double mcr = 0.0, cTheta = 0.0, shearPanel = 0.0;
+    std::optional<bool> rolledMethod;
+    std::string_view mcrMethod = "tables";
+    bool torsionallyDeformable = false, twistRestrained = false, cmFloor = false;
+};
+
+std::unique_ptr<MemberResult> member(std::string_view name, std::string_view steelGrade, const design::ForceInput& forces,
+                                     const MemberOptions& m, std::string_view mode, std::string_view situation,
+                                     std::string_view rulesName)
+{
+    auto r = std::make_unique<MemberResult>(sectionNamed(name), steelNamed(steelGrade), std::string(mode),
+                                            std::string(situation), rulesOf(rulesName));
+    design::MemberInput o;
+    o.forces = forces;
+    o.standard = design::StandardInput{r->mode, r->situation};
+    o.length = m.length;
+    o.lengthY = m.lcrY;
+    o.lengthZ = m.lcrZ;
+    o.lengthLT = m.lLT;
+    o.lengthT = m.lcrT;
+    if (o.lengthT && *o.lengthT < 0.0) throw py::value_error("lcr_t: must not be negative, got " + design::shortestText(*o.lengthT));
+    o.gammaM1 = m.gammaM1;
+    o.momentsY = momentsText(m.momentsY);
+    o.momentsZ = momentsText(m.momentsZ);
+    o.diagramY = m.diagramY;
+    o.diagramZ = m.diagramZ;
+    o.maxMoment = m.maxMoment;
+    o.loadPoint = m.loadPoint;
+    o.mcr = m.mcr;
+    o.cTheta = m.cTheta;
+    o.shearPanel = m.shearPanel;
+    o.rolledMethod = m.rolledMethod.value_or(false);
+    o.generalMethod = m.rolledMethod.has_value() && !*m.rolledMethod;
+    o.mcrMethod = m.mcrMethod;
+    o.torsionallyDeformable = m.torsionallyDeformable;
+    o.twistRestrained = m.twistRestrained;
+    o.cmFloor = m.cmFloor;
+    if (!o.memberChecked())
+        throw py::value_error("length: a positive buckling length is needed (length, or lcr_y / lcr_z / l_lt)");
+    r->request = o.toRequest(r->section.get(), &r->steel);
+    batch::MemberRow& row = r->row;
+    row.section = name;
+    row.steel = steelGrade;
+    row.N = forces.N, row.My = forces.My, row.Mz = forces.Mz, row.Mt = forces.Mt, row.Vy = forces.Vy, row.Vz = forces.Vz;
+    row.legAxes = forces.legAxes;
+    row.length = m.length.value_or(0.0);
+    row.lengthY = m.lcrY, row.lengthZ = m.lcrZ, row.lengthLT = m.lLT, row.lengthT = m.lcrT;
+    row.momentsY = m.momentsY.value_or(std::array<double, 3>{forces.My, forces.My, forces.My});
+    row.momentsZ = m.momentsZ.value_or(std::array<double, 3>{forces.Mz, forces.Mz, forces.Mz});
+    row.diagramY = m.diagramY, row.diagramZ = m.diagramZ, row.loadPoint = m.loadPoint;
+    row.maxMoment = m.maxMoment;
+    if (m.mcr != 0.0) row.mcr = m.mcr;
+    if (m.cTheta != 0.0) row.cTheta = m.cTheta;
+    if (m.shearPanel != 0.0) row.shearPanel = m.shearPanel;
+    row.gammaM1 = m.gammaM1;
+    row.rolledMethod = m.rolledMethod;
+    row.mcrMethod = m.mcrMethod;
+    row.torsionallyDeformable = m.torsionallyDeformable, row.twistRestrained = m.twistRestrained, row.cmFloor = m.cmFloor;
+    r->outcome.emplace(design::evaluateMember(r->request));
+    r->summary = report::memberSummary(r->request, *r->outcome, r->rules);
+    return r;
+}
+
+// The entry points of check() and member(), called by the interpreter with the arguments as given
+// (vectorcall).
+
+// The forces (kN, kNm) of the arguments from index first on: N, My, Mz, Mt, Vy, Vz, leg_axes.
+design::ForceInput forcesOf(const pycall::Signature& s, const pycall::Signature::Values& v, std::size_t first)
+{
+    design::ForceInput f;
+    f.N = pycall::number(s.name(first), v[first], 0.0);
+    f.My = pycall::number(s.name(first + 1), v[first + 1], 0.0);
+    f.Mz = pycall::number(s.name(first + 2), v[first + 2], 0.0);
+    f.Mt = pycall::number(s.name(first + 3), v[first + 3], 0.0);
+    f.Vy = pycall::number(s.name(first + 4), v[first + 4], 0.0);
+    f.Vz = pycall::number(s.name(first + 5), v[first + 5], 0.0);
+    f.legAxes = pycall::flag(s.name(first + 6), v[first + 6], false);
+    return f;
+}
+
+PyObject* checkCall(PyObject*, PyObject* const* args, Py_ssize_t nargs, PyObject* kwnames) noexcept
+{
+    return pycall::guarded([&] {
+        static const pycall::Signature s("check",
+                                         {"section", "steel", "N", "My", "Mz", "Mt", "Vy", "Vz", "leg_axes",
+                                          "gamma_m0", "elastic", "mode", "situation", "rules"},
+                                         2, 1);
+        pycall::Signature::Values v;
+        s.bind(args, nargs, kwnames, v);
+        auto r = check(pycall::text("section", v[0], {}), pycall::text("steel", v[1], "S355"), forcesOf(s, v, 2),
+                       pycall::optionalNumber("gamma_m0", v[9]), pycall::flag("elastic", v[10], false),
+                       pycall::text("mode", v[11], "EN"), pycall::text("situation", v[12], "persistent"),
+                       pycall::text("rules", v[13], "en"));
+        return pyresult::toPythonObject(std::move(r));
+    });
+}
+
+PyObject* memberCall(PyObject*, PyObject* const* args, Py_ssize_t nargs, PyObject* kwnames) noexcept
+{
+    return pycall::guarded([&] {
+        static const pycall::Signature s(
+            "member",
+            {"section", "steel", "N", "My", "Mz", "Mt", "Vy", "Vz", "leg_axes", "length", "lcr_y", "lcr_z", "l_lt",
+             "lcr_t", "gamma_m1", "moments_y", "diagram_y", "moments_z", "diagram_z", "max_moment", "load_point", "mcr",
+             "c_theta", "shear_panel", "rolled_method", "mcr_method", "torsionally_deformable", "twist_restrained",
+             "cm_floor", "mode", "situation", "rules"},
+            2, 1);
+        pycall::Signature::Values v;
+        s.bind(args, nargs, kwnames, v);
+        MemberOptions m;
+        m.length = pycall::optionalNumber("length", v[9]);
+        m.lcrY = pycall::optionalNumber("lcr_y", v[10]);
+        m.lcrZ = pycall::optionalNumber("lcr_z", v[11]);
+        m.lLT = pycall::optionalNumber("l_lt", v[12]);
+        m.lcrT = pycall::optionalNumber("lcr_t", v[13]);
+        m.gammaM1 = pycall::number("gamma_m1", v[14], 1.0);
+        m.momentsY = pycall::threeNumbers("moments_y", v[15]);
+        m.diagramY = pycall::text("diagram_y", v[16], m.diagramY);
+        m.momentsZ = pycall::threeNumbers("moments_z", v[17]);
+        m.diagramZ = pycall::text("diagram_z", v[18], m.diagramZ);
+        m.maxMoment = pycall::optionalNumber("max_moment", v[19]);
+        m.loadPoint = pycall::text("load_point", v[20], m.loadPoint);
+        m.mcr = pycall::number("mcr", v[21], 0.0);
+        m.cTheta = pycall::number("c_theta", v[22], 0.0);
+        m.shearPanel = pycall::number("shear_panel", v[23], 0.0);
+        m.rolledMethod = pycall::optionalFlag("rolled_method", v[24]);
+        m.mcrMethod = pycall::text("mcr_method", v[25], m.mcrMethod);
+        m.torsionallyDeformable = pycall::flag("torsionally_deformable", v[26], false);
+        m.twistRestrained = pycall::flag("twist_restrained", v[27], false);
+        m.cmFloor = pycall::flag("cm_floor", v[28], false);
+        auto r = member(pycall::text("section", v[0], {}), pycall::text("steel", v[1], "S355"), forcesOf(s, v, 2), m,
+                        pycall::text("mode", v[29], "EN"), pycall::text("situation", v[30], "persistent"),
+                        pycall::text("rules", v[31], "en"));
+        return pyresult::toPythonObject(std::move(r));
+    });
 }
 
 std::string momentsText(const char* name, const std::optional<std::vector<double>>& values)
@@ -213,78 +271,8 @@ std::string momentsText(const char* name, const std::optional<std::vector<double
     if (values->size() != 3)
         throw py::value_error(std::string(name) + ": three moments (start, middle, end) in kNm are needed, got " +
                               std::to_string(values->size()));
-    std::string text;
-    for (double v : *values) {
-        if (!text.empty()) text += ',';
-        text += design::shortestText(finite(name, v));
-    }
-    return text;
-}
-
-std::unique_ptr<MemberResult> member(const std::string& name, const std::string& steelGrade, double N, double My, double Mz, double Mt,
-                  double Vy, double Vz, bool legAxes, std::optional<double> length, std::optional<double> lcrY,
-                  std::optional<double> lcrZ, std::optional<double> lLT, std::optional<double> lcrT, double gammaM1,
-                  const std::optional<std::vector<double>>& momentsY, const std::string& diagramY,
-                  const std::optional<std::vector<double>>& momentsZ, const std::string& diagramZ,
-                  std::optional<double> maxMoment, const std::string& loadPoint, double mcr, double cTheta,
-                  double shearPanel, std::optional<bool> rolledMethod, const std::string& mcrMethod,
-                  bool torsionallyDeformable, bool twistRestrained, bool cmFloor, const std::string& mode,
-                  const std::string& situation, const std::string& rulesName)
-{
-    auto r = std::make_unique<MemberResult>(sectionNamed(name), design::steelByName(steelGrade), mode, situation,
-                                            design::rulesByName(rulesName));
-    design::MemberInput o;
-    o.forces = forcesOf(N, My, Mz, Mt, Vy, Vz);
-    o.forces.legAxes = legAxes;
-    o.standard = design::StandardInput{mode, situation};
-    o.length = finite("length", length);
-    o.lengthY = finite("lcr_y", lcrY);
-    o.lengthZ = finite("lcr_z", lcrZ);
-    o.lengthLT = finite("l_lt", lLT);
-    o.lengthT = finite("lcr_t", lcrT);
-    if (o.lengthT && *o.lengthT < 0.0) throw py::value_error("lcr_t: must not be negative, got " + design::shortestText(*o.lengthT));
-    o.gammaM1 = finite("gamma_m1", gammaM1);
-    o.momentsY = momentsText("moments_y", momentsY);
-    o.momentsZ = momentsText("moments_z", momentsZ);
-    o.diagramY = diagramY;
-    o.diagramZ = diagramZ;
-    o.maxMoment = finite("max_moment", maxMoment);
-    o.loadPoint = loadPoint;
-    o.mcr = finite("mcr", mcr);
-    o.cTheta = finite("c_theta", cTheta);
-    o.shearPanel = finite("shear_panel", shearPanel);
-    o.rolledMethod = rolledMethod.value_or(false);
-    o.generalMethod = rolledMethod.has_value() && !*rolledMethod;
-    o.mcrMethod = mcrMethod;
-    o.torsionallyDeformable = torsionallyDeformable;
-    o.twistRestrained = twistRestrained;
-    o.cmFloor = cmFloor;
-    if (!o.memberChecked())
-        throw py::value_error("length: a positive buckling length is needed (length, or lcr_y / lcr_z / l_lt)");
-    r->request = o.toRequest(r->section.get(), &r->steel);
-    batch::MemberRow& row = r->row;
-    row.section = name;
-    row.steel = steelGrade;
-    row.N = N, row.My = My, row.Mz = Mz, row.Mt = Mt, row.Vy = Vy, row.Vz = Vz;
-    row.legAxes = legAxes;
-    row.length = length.value_or(0.0);
-    row.lengthY = lcrY, row.lengthZ = lcrZ, row.lengthLT = lLT, row.lengthT = lcrT;
-    row.momentsY = momentsY ? std::array<double, 3>{(*momentsY)[0], (*momentsY)[1], (*momentsY)[2]}
-                            : std::array<double, 3>{My, My, My};
-    row.momentsZ = momentsZ ? std::array<double, 3>{(*momentsZ)[0], (*momentsZ)[1], (*momentsZ)[2]}
-                            : std::array<double, 3>{Mz, Mz, Mz};
-    row.diagramY = diagramY, row.diagramZ = diagramZ, row.loadPoint = loadPoint;
-    row.maxMoment = maxMoment;
-    if (mcr != 0.0) row.mcr = mcr;
-    if (cTheta != 0.0) row.cTheta = cTheta;
-    if (shearPanel != 0.0) row.shearPanel = shearPanel;
-    row.gammaM1 = gammaM1;
-    row.rolledMethod = rolledMethod;
-    row.mcrMethod = mcrMethod;
-    row.torsionallyDeformable = torsionallyDeformable, row.twistRestrained = twistRestrained, row.cmFloor = cmFloor;
-    r->outcome.emplace(design::evaluateMember(r->request));
-    r->summary = report::memberSummary(r->request, *r->outcome, r->rules);
-    return r;
+    for (double v : *values) finite(name, v);
+    return momentsText(std::array<double, 3>{(*values)[0], (*values)[1], (*values)[2]});
 }
 
 // Pairs (x, value) as "x:value,x:value" (or one pair per item of the list).
@@ -672,69 +660,50 @@ PYBIND11_MODULE(_core, m)
         try {
             if (p) std::rethrow_exception(p);
         } catch (const design::InputError& e) {
-            std::string message = e.what();
-            if (message.rfind("--", 0) == 0) {
-                message.erase(0, 2);
-                for (std::size_t i = 0; i < message.size() && message[i] != ':'; ++i)
-                    if (message[i] == '-') message[i] = '_';
-            }
-            inputError(message.c_str());
+            inputError(pycall::argumentMessage(e.what()).c_str());
         }
     });
 
-    auto headline = [](auto& cls) {
-        using T = typename std::remove_reference_t<decltype(cls)>::type;
-        cls.def_property_readonly("verdict", [](const T& r) { return r.summary.verdict; },
-                                  "fulfilled, not fulfilled, not verified (or not applicable: no member check)")
-            .def_property_readonly("governing", [](const T& r) { return r.optionalText(r.summary.governing); },
-                                   "the check with the largest utilization under the rules (None: none)")
-            .def_property_readonly("governing_utilization",
-                                   [](const T& r) { return r.optionalNumber(r.summary.governingUtilization); },
-                                   "its utilization (None: none computed)")
-            .def_property_readonly("utilizations", [](const T& r) { return r.utilizations(); },
-                                   "utilization of each check under the rules (None: not computed)")
-            .def_property_readonly("section_class", [](const T& r) { return r.summary.sectionClass; },
-                                   "cross-section class under the rules (1 to 4)")
-            .def_property_readonly("not_verified", [](const T& r) { return r.optionalText(r.summary.notVerified); },
-                                   "why something was not verified (None: everything was)")
-            .def_property_readonly("rules", [](const T& r) { return std::string(design::toString(r.rules)); })
-            .def_property_readonly("section_name", [](const T& r) { return r.section->getName(); })
-            .def_property_readonly("steel_name", [](const T& r) { return std::string(r.steel.getName()); })
-            .def("to_dict", &T::toDict, "every value of the command's --json document (made on the first call)")
-            .def(
-                "to_html",
-                [](T& r, const std::string& project, const std::string& element, const std::string& client,
-                   const std::string& prepared, const std::string& checked, const std::string& approved,
-                   const std::string& revision) {
-                    return r.toHtml({project, element, client, prepared, checked, approved, revision});
-                },
-                py::kw_only(), py::arg("project") = "", py::arg("element") = "", py::arg("client") = "",
-                py::arg("prepared") = "", py::arg("checked") = "", py::arg("approved") = "", py::arg("revision") = "",
-                "the design report of the result (the page of `check --html` / `member --html`); the title block's "
-                "fields not given are blank lines");
-    };
-    py::class_<CheckResult> checkResult(m, "CheckResult", "The result of a cross-section check (EN 1993-1-1 6.2).");
-    headline(checkResult);
-    py::class_<MemberResult> memberResult(m, "MemberResult", "The result of the member checks (EN 1993-1-1 6.3).");
-    headline(memberResult);
+    pyresult::addResultTypes(m);
 
     m.def("section", &section, py::arg("name"), "Dimensions and properties of a section (m, m2, m4, m6).");
-    m.def("check", &check, py::arg("section"), py::arg("steel") = "S355", py::kw_only(), py::arg("N") = 0.0,
-          py::arg("My") = 0.0, py::arg("Mz") = 0.0, py::arg("Mt") = 0.0, py::arg("Vy") = 0.0, py::arg("Vz") = 0.0,
-          py::arg("leg_axes") = false, py::arg("gamma_m0") = py::none(), py::arg("elastic") = false, py::arg("mode") = "EN",
-          py::arg("situation") = "persistent", py::arg("rules") = "en",
-          "The cross-section check, as `steeldesign check --json`.");
-    m.def("member", &member, py::arg("section"), py::arg("steel") = "S355", py::kw_only(), py::arg("N") = 0.0,
-          py::arg("My") = 0.0, py::arg("Mz") = 0.0, py::arg("Mt") = 0.0, py::arg("Vy") = 0.0, py::arg("Vz") = 0.0,
-          py::arg("leg_axes") = false, py::arg("length") = py::none(), py::arg("lcr_y") = py::none(), py::arg("lcr_z") = py::none(),
-          py::arg("l_lt") = py::none(), py::arg("lcr_t") = py::none(), py::arg("gamma_m1") = 1.0, py::arg("moments_y") = py::none(),
-          py::arg("diagram_y") = "polygonal", py::arg("moments_z") = py::none(), py::arg("diagram_z") = "polygonal",
-          py::arg("max_moment") = py::none(), py::arg("load_point") = "center", py::arg("mcr") = 0.0,
-          py::arg("c_theta") = 0.0, py::arg("shear_panel") = 0.0, py::arg("rolled_method") = py::none(),
-          py::arg("mcr_method") = "tables", py::arg("torsionally_deformable") = false,
-          py::arg("twist_restrained") = false, py::arg("cm_floor") = false, py::arg("mode") = "EN",
-          py::arg("situation") = "persistent", py::arg("rules") = "en",
-          "The member checks, as `steeldesign member --json`.");
+    // check() and member() read their arguments themselves (CallArguments.h); the first lines of their
+    // texts are the signatures that help() and inspect.signature() show.
+    pycall::inputErrorType = inputError.ptr();
+    static PyMethodDef calls[] = {
+        {"check", reinterpret_cast<PyCFunction>(reinterpret_cast<void (*)()>(&checkCall)), METH_FASTCALL | METH_KEYWORDS,
+         "check(section, steel='S355', *, N=0.0, My=0.0, Mz=0.0, Mt=0.0, Vy=0.0, Vz=0.0, leg_axes=False, "
+         "gamma_m0=None, elastic=False, mode='EN', situation='persistent', rules='en')\n--\n\n"
+         "The cross-section check of EN 1993-1-1 6.2 of a section (a catalogue designation or dimensions, as\n"
+         "\"WI 1200x300x8x20\") in a steel grade, as `steeldesign check --json`.\n\n"
+         "N, Vy, Vz: kN (compression negative); My, Mz, Mt: kNm. An angle's My, Mz, Vy, Vz are about its\n"
+         "principal axes u, v, or about its legs with leg_axes=True. gamma_m0: None for the standard's value.\n"
+         "elastic: elastic resistances only. mode: EN, UK, RolledLTB or a mode number. situation: persistent,\n"
+         "transient, accidental, seismic. rules: \"en\" (verdicts by EN 1993-1-1) or \"library\".\n\n"
+         "A result: verdict, governing, governing_utilization, utilizations, section_class, not_verified at\n"
+         "once; to_dict() for every value of the command's JSON (made when first asked). A bad value raises\n"
+         "ValueError naming the argument, a value of the wrong kind TypeError."},
+        {"member", reinterpret_cast<PyCFunction>(reinterpret_cast<void (*)()>(&memberCall)), METH_FASTCALL | METH_KEYWORDS,
+         "member(section, steel='S355', *, N=0.0, My=0.0, Mz=0.0, Mt=0.0, Vy=0.0, Vz=0.0, leg_axes=False, "
+         "length=None, lcr_y=None, lcr_z=None, l_lt=None, lcr_t=None, gamma_m1=1.0, moments_y=None, "
+         "diagram_y='polygonal', moments_z=None, diagram_z='polygonal', max_moment=None, load_point='center', "
+         "mcr=0.0, c_theta=0.0, shear_panel=0.0, rolled_method=None, mcr_method='tables', "
+         "torsionally_deformable=False, twist_restrained=False, cm_floor=False, mode='EN', situation='persistent', "
+         "rules='en')\n--\n\n"
+         "The member checks of EN 1993-1-1 6.3 and EN 1993-1-5 5, as `steeldesign member --json`.\n\n"
+         "The forces as for check (kN, kNm). length, or lcr_y / lcr_z / l_lt: m, flexural buckling about y\n"
+         "and z, lateral-torsional buckling; lcr_t: m, torsional buckling (default l_lt, else lcr_z).\n"
+         "moments_y / moments_z: kNm at start, middle, end, with diagram_y / diagram_z (polygonal,\n"
+         "parabolic); max_moment: kNm; load_point: center, top, bottom; mcr: kNm (0: computed) with\n"
+         "mcr_method (tables, numerical); c_theta: rotational restraint (kNm/m per m); shear_panel: shear-panel\n"
+         "stiffness S (0: none); rolled_method: True for\n"
+         "6.3.2.3, False for 6.3.2.2, None for the mode's choice; mode, situation, rules as for check."},
+    };
+    for (PyMethodDef& def : calls) {
+        PyObject* function = PyCFunction_NewEx(&def, nullptr, m.attr("__name__").ptr());
+        if (!function) throw py::error_already_set();
+        m.add_object(def.ml_name, py::reinterpret_steal<py::object>(function));
+    }
     m.def("mcr", &mcr, py::arg("section"), py::kw_only(), py::arg("length"), py::arg("moments_y") = py::none(),
           py::arg("diagram_y") = "polygonal", py::arg("stations") = std::vector<std::pair<double, double>>{},
           py::arg("uniform_load") = 0.0, py::arg("point_loads") = std::vector<std::pair<double, double>>{},

@@ -11,6 +11,7 @@ Units: m, kN, kNm, kN/m2; compression is negative. A bad argument raises ValueEr
 frame a bad row is a rejected row with its field and message, as in `steeldesign batch`.
 """
 
+import abc
 import html
 import io
 import json
@@ -21,46 +22,14 @@ import pandas as pd
 from . import _core
 from ._core import InputError
 
-__all__ = ["section", "check", "member", "mcr", "check_frame", "member_frame", "report", "Result", "InputError",
-           "RESULT_COLUMNS"]
+__all__ = ["section", "check", "member", "mcr", "check_frame", "member_frame", "report", "Result", "CheckResult",
+           "MemberResult", "InputError", "RESULT_COLUMNS"]
 
 
-def _headline(attribute, key, doc):
-    """A value read from the C++ result at once (its document's key for an mcr result, a document already)."""
-    def get(self):
-        return getattr(self._core, attribute) if self._core is not None else self._values.get(key)
-    return property(get, doc=doc)
-
-
-class Result:
-    """The result of a check. verdict, governing, governing_utilization, utilizations, section_class and
-    not_verified are read from the C++ result at once; every other value of the command's JSON (NRd,
-    Mcr, chi, the trace, ...) is an attribute or an item too, and to_dict() gives the whole document,
-    made on the first such access."""
-
-    __slots__ = ("_kind", "_core", "_document")
-
-    def __init__(self, kind, values):
-        self._kind = kind
-        if isinstance(values, dict):  # a document already (mcr)
-            self._core, self._document = None, values
-        else:
-            self._core, self._document = values, None
-
-    @property
-    def _values(self):
-        if self._document is None:
-            self._document = self._core.to_dict()
-        return self._document
-
-    verdict = _headline("verdict", "verdict", "fulfilled, not fulfilled, not verified (a member check: also not applicable).")
-    governing = _headline("governing", "governing", "The check with the largest utilization under the rules (None: none).")
-    governing_utilization = _headline("governing_utilization", "governingUtilization",
-                                      "Its utilization (None: none computed).")
-    utilizations = _headline("utilizations", "utilizations",
-                             "The utilization of each check under the rules (None: not computed).")
-    section_class = _headline("section_class", "class", "The cross-section class under the rules (1 to 4).")
-    not_verified = _headline("not_verified", "notVerified", "Why something was not verified (None: everything was).")
+class _Values:
+    """What every result offers over its JSON document (self._values): each value of the command's JSON
+    (NRd, Mcr, chi, the trace, ...) as an attribute or an item, to_dict(), the trace as text, a frame of
+    the utilizations and a notebook's view."""
 
     def __getattr__(self, name):
         if name.startswith("__"):
@@ -92,14 +61,6 @@ class Result:
             lines.append(line)
         return "\n".join(lines) + "\n"
 
-    def to_html(self, *, project="", element="", client="", prepared="", checked="", approved="", revision=""):
-        """The design report of this result: the page `steeldesign check --html` / `member --html` writes
-        (A4 when printed), with the title block's fields given here (the others blank lines to fill in)."""
-        if self._core is None:
-            raise TypeError("to_html: a report is made of a check or member result, not of an mcr result")
-        return self._core.to_html(project=project, element=element, client=client, prepared=prepared,
-                                  checked=checked, approved=approved, revision=revision)
-
     def to_frame(self):
         """The utilizations as a one-column frame (index: the checks), with the governing one marked."""
         u = self.utilizations or {}
@@ -114,8 +75,8 @@ class Result:
         colours = {"fulfilled": "#1a7f37", "not fulfilled": "#cf222e", "not verified": "#9a6700",
                    "not applicable": "#57606a"}
         verdict = self.verdict or ""
-        parts = [f"<div><b>{html.escape(self._kind)} {html.escape(self._core.section_name)} "
-                 f"{html.escape(self._core.steel_name)}</b>: "
+        parts = [f"<div><b>{html.escape(self._kind)} {html.escape(self.section_name)} "
+                 f"{html.escape(self.steel_name)}</b>: "
                  f"<span style='color:{colours.get(verdict, '#000')};font-weight:bold'>{html.escape(verdict)}</span>"]
         if self.governing is not None and self.governing_utilization is not None:
             parts.append(f", governing {html.escape(self.governing)} {self.governing_utilization:.3f}")
@@ -134,7 +95,7 @@ class Result:
 
     def __repr__(self):
         if self._kind != "mcr":
-            text = f"<{self._kind} {self._core.section_name} {self._core.steel_name}: {self.verdict}"
+            text = f"<{self._kind} {self.section_name} {self.steel_name}: {self.verdict}"
             if self.governing is not None and self.governing_utilization is not None:
                 text += f", governing {self.governing} {self.governing_utilization:.3f}"
             if self.not_verified:
@@ -147,29 +108,58 @@ class Result:
         return f"<mcr {v.get('section')} L={v.get('length')} m: Mcr = {v['Mcr']:.2f} kNm{c1}>"
 
 
+def _document_key(key, doc):
+    return property(lambda self: self._values.get(key), doc=doc)
+
+
+class Result(_Values, metaclass=abc.ABCMeta):
+    """The result of a check, a member check or an elastic critical moment. The results of check() and
+    member() are objects of the compiled module (CheckResult, MemberResult: verdict, governing,
+    governing_utilization, utilizations, section_class and not_verified read at once, the document made
+    on the first other access); isinstance(r, Result) holds for them too. mcr() gives this class over
+    its document."""
+
+    __slots__ = ("_kind", "_values")
+
+    def __init__(self, kind, values):
+        self._kind = kind
+        self._values = values
+
+    verdict = _document_key("verdict", "fulfilled, not fulfilled, not verified (a member check: also not applicable).")
+    governing = _document_key("governing", "The check with the largest utilization under the rules (None: none).")
+    governing_utilization = _document_key("governingUtilization", "Its utilization (None: none computed).")
+    utilizations = _document_key("utilizations", "The utilization of each check under the rules (None: not computed).")
+    section_class = _document_key("class", "The cross-section class under the rules (1 to 4).")
+    not_verified = _document_key("notVerified", "Why something was not verified (None: everything was).")
+
+    def to_html(self, **_):
+        """The design report of a check or member result (an mcr result has none)."""
+        raise TypeError("to_html: a report is made of a check or member result, not of an mcr result")
+
+
+# The compiled results take the same methods (their values of the document are attributes already); the
+# document is made once, on the first access.
+for _kind, _type in (("check", _core.CheckResult), ("member", _core.MemberResult)):
+    for _name in ("__getitem__", "to_dict", "trace_text", "to_frame", "_repr_html_", "__eq__", "__repr__"):
+        setattr(_type, _name, _Values.__dict__[_name])
+    _type._kind = _kind
+    _type._values = property(_type._document)
+    _type.__hash__ = None
+    Result.register(_type)
+del _kind, _type, _name
+
+
 def section(name):
     """Dimensions and properties of a catalogue section or of one given by dimensions ("WI 1200x300x8x20")."""
     return _core.section(name)
 
 
-def check(section, steel="S355", **kwargs):
-    """The cross-section check of EN 1993-1-1 6.2 of a section (catalogue designation or dimensions) in a
-    steel grade. Keywords: N, Vy, Vz (kN; compression negative), My, Mz, Mt (kNm; an angle's My, Mz, Vy, Vz
-    are about its principal axes u, v, or about its legs with leg_axes=True), gamma_m0 (None: the
-    standard's), elastic (elastic resistances only), mode (EN, UK, RolledLTB or a number), situation
-    (persistent, transient, accidental, seismic), rules ("en" or "library"). A Result: verdict, governing,
-    governing_utilization, utilizations at once; to_dict() for every value of `steeldesign check --json`."""
-    return Result("check", _core.check(section, steel, **kwargs))
+CheckResult = _core.CheckResult
+MemberResult = _core.MemberResult
 
-
-def member(section, steel="S355", **kwargs):
-    """The member checks of EN 1993-1-1 6.3 and EN 1993-1-5 5. Keywords: the forces as for check (kN,
-    kNm); length, or lcr_y / lcr_z / l_lt (m: flexural buckling about y and z, lateral-torsional); lcr_t
-    (m, torsional buckling; default l_lt, else lcr_z); gamma_m1; moments_y / moments_z (kNm at start,
-    middle, end) with diagram_y / diagram_z (polygonal, parabolic); max_moment (kNm); load_point (center,
-    top, bottom); mcr (kNm, 0: computed) with mcr_method (tables, numerical); c_theta, shear_panel;
-    rolled_method; torsionally_deformable; twist_restrained; cm_floor; mode, situation, rules as for check."""
-    return Result("member", _core.member(section, steel, **kwargs))
+# check() and member() are the compiled functions themselves: a call costs the check, not a wrapper.
+check = _core.check
+member = _core.member
 
 
 def mcr(section, **kwargs):

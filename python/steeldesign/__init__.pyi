@@ -32,6 +32,17 @@ class Result:
     def __getattr__(self, name: str) -> Any: ...
     def __getitem__(self, name: str) -> Any: ...
 
+class _Compiled(Result):
+    @property
+    def rules(self) -> str: ...
+    @property
+    def section_name(self) -> str: ...
+    @property
+    def steel_name(self) -> str: ...
+
+class CheckResult(_Compiled): ...
+class MemberResult(_Compiled): ...
+
 def section(name: str) -> dict[str, Any]:
     """Dimensions and properties (m, m2, m4, m6) of a catalogue designation or a dimension notation."""
 
@@ -51,7 +62,7 @@ def check(
     mode: str = "EN",          # EN, UK, RolledLTB or a mode number
     situation: str = "persistent",
     rules: Rules = "en",
-) -> Result:
+) -> CheckResult:
     """The cross-section check of EN 1993-1-1 6.2."""
 
 def member(
@@ -88,7 +99,7 @@ def member(
     mode: str = "EN",
     situation: str = "persistent",
     rules: Rules = "en",
-) -> Result:
+) -> MemberResult:
     """The member checks of EN 1993-1-1 6.3 and EN 1993-1-5 5."""
 
 def mcr(

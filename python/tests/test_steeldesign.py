@@ -363,6 +363,49 @@ def test_bad_numbers_raise_naming_the_argument(value, error):
             call()
 
 
+@pytest.mark.parametrize("call, error, message", [
+    # As Python words it for a function of its own.
+    (lambda: sd.check("IPE 300", "S355", -250), TypeError, r"check\(\) takes at most 2 positional arguments \(3 given\)"),
+    (lambda: sd.check("IPE 300", n=-250), TypeError, "check\\(\\) got an unexpected keyword argument 'n'"),
+    (lambda: sd.check("IPE 300", section="IPE 300"), TypeError, "multiple values for argument 'section'"),
+    (lambda: sd.check(steel="S355"), TypeError, "missing required argument 'section'"),
+    (lambda: sd.member("IPE 300", length=4, lcr_yy=3), TypeError, "unexpected keyword argument 'lcr_yy'"),
+    # The argument named with the value given.
+    (lambda: sd.check(300), TypeError, "section=300: a text is needed"),
+    (lambda: sd.check("IPE 300", b"S355"), TypeError, "steel=b'S355'"),
+    (lambda: sd.check("IPE 300", elastic="yes"), TypeError, "elastic='yes': True or False"),
+    (lambda: sd.check("IPE 300", gamma_m0="1.0"), TypeError, "gamma_m0='1.0'"),
+    (lambda: sd.check("IPE 300", rules=None), TypeError, "rules=None"),
+    (lambda: sd.member("IPE 300", length=4, moments_y=5.0), TypeError, "moments_y=5.0: three numbers"),
+    (lambda: sd.member("IPE 300", length=4, moments_y="1,2,3"), TypeError, "moments_y='1,2,3'"),
+    (lambda: sd.member("IPE 300", length=4, moments_y=(1, 2, 3, 4)), ValueError, "moments_y: three values .* got 4"),
+    (lambda: sd.member("IPE 300", length=4, moments_y=[1, None, 3]), TypeError, "moments_y=None"),
+    (lambda: sd.member("IPE 300", length=4, moments_y=[1, float("inf"), 3]), ValueError, "moments_y: not a finite"),
+    (lambda: sd.member("IPE 300", length=float("nan")), ValueError, "length: not a finite number"),
+    (lambda: sd.member("IPE 300", length=4, rolled_method="no"), TypeError, "rolled_method='no'"),
+    (lambda: sd.member("IPE 300", length=4, diagram_y=1), TypeError, "diagram_y=1"),
+    (lambda: sd.member("IPE 300", length=4, mode="XX"), ValueError, "mode"),
+    (lambda: sd.CheckResult(), TypeError, "cannot create"),
+])
+def test_the_calls_take_their_arguments_as_python_does(call, error, message):
+    with pytest.raises(error, match=message):
+        call()
+
+
+def test_the_calls_take_every_kind_of_value_a_user_passes():
+    # Tuples, lists and arrays of moments alike; numpy booleans and ints as flags; ints as numbers.
+    base = sd.member("IPE 300", "S355", N=-250, My=90, length=4, moments_y=[90.0, 0.0, -45.0]).to_dict()
+    for moments in ((90, 0, -45), np.array([90.0, 0.0, -45.0]), [np.float32(90), np.int64(0), -45]):
+        assert sd.member("IPE 300", "S355", N=-250, My=90, length=4, moments_y=moments).to_dict() == base
+    elastic = sd.check("IPE 300", N=-250, My=90, elastic=True).to_dict()
+    assert sd.check("IPE 300", N=-250, My=90, elastic=np.bool_(True)).to_dict() == elastic
+    assert sd.check("IPE 300", N=-250, My=90, elastic=1).to_dict() == elastic
+    assert sd.check(section="IPE 300", steel="S355", N=-250).to_dict() == sd.check("IPE 300", "S355", N=-250).to_dict()
+    # A keyword built at run time (not interned by the interpreter) is found too.
+    name = "".join(["N"])
+    assert sd.check("IPE 300", **{name: -250}).to_dict() == sd.check("IPE 300", N=-250).to_dict()
+
+
 def test_numpy_scalars_are_numbers():
     assert sd.check("IPE 300", "S355", N=np.float64(-250), My=np.int64(90)).to_dict() == \
         sd.check("IPE 300", "S355", N=-250.0, My=90.0).to_dict()
@@ -385,10 +428,16 @@ def test_the_type_stubs_list_every_argument():
     stub = ast.parse(open(os.path.join(os.path.dirname(sd.__file__), "__init__.pyi")).read())
     stubbed = {f.name: [a.arg for a in f.args.args + f.args.kwonlyargs]
                for f in stub.body if isinstance(f, ast.FunctionDef)}
-    for name in ("check", "member", "mcr"):
-        signature = getattr(sd._core, name).__doc__.splitlines()[0]
-        runtime = re.findall(r"(\w+): ", signature[signature.index("(") + 1:signature.rindex(")")])
-        assert stubbed[name] == runtime, name
+    # check() and member() are compiled functions with signatures of their own: names and defaults.
+    for f in stub.body:
+        if isinstance(f, ast.FunctionDef) and f.name in ("check", "member"):
+            defaults = [None] * (len(f.args.args) - len(f.args.defaults)) + f.args.defaults + f.args.kw_defaults
+            stubbed_defaults = [ast.literal_eval(d) if d is not None else inspect.Parameter.empty for d in defaults]
+            runtime = inspect.signature(getattr(sd, f.name)).parameters.values()
+            assert [(p.name, p.default) for p in runtime] == list(zip(stubbed[f.name], stubbed_defaults)), f.name
+    signature = sd._core.mcr.__doc__.splitlines()[0]
+    runtime = re.findall(r"(\w+): ", signature[signature.index("(") + 1:signature.rindex(")")])
+    assert stubbed["mcr"] == runtime
     for name in ("member_frame", "check_frame", "read_results", "result_columns", "report"):
         assert stubbed[name] == list(inspect.signature(getattr(sd, name)).parameters), name
 
