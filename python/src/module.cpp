@@ -695,9 +695,9 @@ PYBIND11_MODULE(_core, m)
          "and z, lateral-torsional buckling; lcr_t: m, torsional buckling (default l_lt, else lcr_z).\n"
          "moments_y / moments_z: kNm at start, middle, end, with diagram_y / diagram_z (polygonal,\n"
          "parabolic); max_moment: kNm; load_point: center, top, bottom; mcr: kNm (0: computed) with\n"
-         "mcr_method (tables, numerical); c_theta: rotational restraint (kNm/m per m); shear_panel: shear-panel\n"
-         "stiffness S (0: none); rolled_method: True for\n"
-         "6.3.2.3, False for 6.3.2.2, None for the mode's choice; mode, situation, rules as for check."},
+         "mcr_method (tables, numerical); c_theta: rotational restraint C_theta, shear_panel: shear-panel\n"
+         "stiffness S (0: none); rolled_method: True for 6.3.2.3, False for 6.3.2.2, None for the mode's\n"
+         "choice; mode, situation, rules as for check."},
     };
     for (PyMethodDef& def : calls) {
         PyObject* function = PyCFunction_NewEx(&def, nullptr, m.attr("__name__").ptr());
