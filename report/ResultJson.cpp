@@ -76,7 +76,8 @@ nlohmann::json traceJson(const std::vector<design::TraceLine>& lines)
     return list;
 }
 
-nlohmann::json ruledJson(nlohmann::json library, const design::RuledResult& result, const design::Departures& departures)
+nlohmann::json ruledJson(nlohmann::json library, const design::RuledResult& result, const design::Departures& departures,
+                         bool withTrace)
 {
     const bool en = result.rules == design::Rules::En;
     nlohmann::json checks = nlohmann::json::array();
@@ -104,8 +105,8 @@ nlohmann::json ruledJson(nlohmann::json library, const design::RuledResult& resu
                      {"utilizations", enUtilizations},
                      {"verdict", design::toString(result.enVerdict)},
                      {"notVerified", result.enLimitations ? nlohmann::json(design::describeAll(result.enLimitations))
-                                                          : nlohmann::json(nullptr)},
-                     {"trace", traceJson(result.enTrace)}};
+                                                          : nlohmann::json(nullptr)}};
+        if (withTrace) out["en"]["trace"] = traceJson(result.enTrace);
         return out;
     }
     nlohmann::json out = library;
@@ -122,7 +123,7 @@ nlohmann::json ruledJson(nlohmann::json library, const design::RuledResult& resu
     out["governingUtilization"] = governingValue();
     out["checks"] = checks;
     out["departures"] = departuresList;
-    out["trace"] = traceJson(result.enTrace);
+    if (withTrace) out["trace"] = traceJson(result.enTrace);
     out["library"] = std::move(library);
     return out;
 }
@@ -204,7 +205,7 @@ nlohmann::json sectionJson(const SDBSection& s)
 }
 
 nlohmann::json checkJson(const SDBSection& section, const KaConstrSteel& steel, const design::CrossSectionRequest& request,
-                         const design::CrossSectionOutcome& outcome, const design::Departures& departures)
+                         const design::CrossSectionOutcome& outcome, const design::Departures& departures, bool withTrace)
 {
     using namespace SteelDesign;
     const SectionInitializer& init = outcome.initializer;
@@ -231,7 +232,6 @@ nlohmann::json checkJson(const SDBSection& section, const KaConstrSteel& steel, 
         {"allFulfilled", allFulfilled},
         {"verdict", design::toString(verdict)},
         {"departures", departuresJson(departures)},
-        {"trace", traceJson(design::traceCrossSection(request, outcome))},
         {"enUtilization", nullableJson(departures.largestEn())},
         {"notVerified", outcome.limitations ? nlohmann::json(design::describeAll(outcome.limitations))
                                             : nlohmann::json(nullptr)},
@@ -250,15 +250,16 @@ nlohmann::json checkJson(const SDBSection& section, const KaConstrSteel& steel, 
         {"requiredAxialShearBending", results.getRequiredAxialShearBending()},
         {"biaxialBending", results.getBiaxialBending()},
     };
+    if (withTrace) out["trace"] = traceJson(design::traceCrossSection(request, outcome));
     return out;
 }
 
 nlohmann::json checkJson(const SDBSection& section, const KaConstrSteel& steel, const design::CrossSectionRequest& request,
                          const design::CrossSectionOutcome& outcome, const design::Departures& departures,
-                         design::Rules rules)
+                         design::Rules rules, bool withTrace)
 {
-    return ruledJson(checkJson(section, steel, request, outcome, departures),
-                     design::crossSectionRuled(request, outcome, rules, true), departures);
+    return ruledJson(checkJson(section, steel, request, outcome, departures, withTrace),
+                     design::crossSectionRuled(request, outcome, rules, withTrace), departures, withTrace);
 }
 
 std::span<const U> memberUtilizationTypes() { return memberTypes; }
@@ -281,7 +282,7 @@ kat::Nullable<double> MemberShown::utilization(U type) const
 }
 
 nlohmann::json memberJson(const SDBSection& section, const KaConstrSteel& steel, const design::MemberRequest& request,
-                          const design::MemberOutcome& outcome, const design::Departures& departures)
+                          const design::MemberOutcome& outcome, const design::Departures& departures, bool withTrace)
 {
     const MemberShown shown(outcome);
     const BucklingResults& r = outcome.results;
@@ -315,7 +316,6 @@ nlohmann::json memberJson(const SDBSection& section, const KaConstrSteel& steel,
         {"notVerified", outcome.limitations ? nlohmann::json(design::describeAll(outcome.limitations))
                                             : nlohmann::json(nullptr)},
         {"departures", departuresJson(departures)},
-        {"trace", traceJson(design::traceMember(request, outcome))},
         {"Ncr", flexural ? axes(r.getNcr(Axis::y), r.getNcr(Axis::z)) : nullAxes},
         {"lambda", flexural ? axes(r.getLambda(Axis::y), r.getLambda(Axis::z)) : nullAxes},
         {"chi", {{"y", opt(r.getChi(Axis::y))}, {"z", opt(r.getChi(Axis::z))}}},
@@ -349,15 +349,17 @@ nlohmann::json memberJson(const SDBSection& section, const KaConstrSteel& steel,
                                       {"kzy", r.getInteractionFactor(K::kzy)}}
                      : nlohmann::json{{"kyy", nullptr}, {"kzz", nullptr}, {"kyz", nullptr}, {"kzy", nullptr}}},
     };
+    if (withTrace) out["trace"] = traceJson(design::traceMember(request, outcome));
     return out;
 }
 
 nlohmann::json memberJson(const SDBSection& section, const KaConstrSteel& steel, const design::MemberRequest& request,
                           const design::MemberOutcome& outcome, const design::Departures& departures,
-                          design::Rules rules)
+                          design::Rules rules, bool withTrace)
 {
-    const design::MemberRuled m = design::memberRuled(request, outcome, rules, true);
-    nlohmann::json out = ruledJson(memberJson(section, steel, request, outcome, departures), m.ruled, departures);
+    const design::MemberRuled m = design::memberRuled(request, outcome, rules, withTrace);
+    nlohmann::json out = ruledJson(memberJson(section, steel, request, outcome, departures, withTrace), m.ruled,
+                                   departures, withTrace);
     if (rules == design::Rules::En && m.notApplicable) {
         out["verdict"] = "not applicable";
         out["fulfilled"] = nullptr;

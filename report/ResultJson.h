@@ -43,8 +43,10 @@ nlohmann::json traceJson(const std::vector<design::TraceLine>& lines);
 // `utilizations`, `verdict`, `fulfilled`, `notVerified` and `trace` are the EN evaluation's and the
 // library's whole document is kept under `library`; under library rules the library's document as it
 // was, with the EN evaluation under `en`. Both carry `rules`, `governing`, `governingUtilization`,
-// `checks` ({check, en, library}) and `departures`.
-nlohmann::json ruledJson(nlohmann::json library, const design::RuledResult& result, const design::Departures& departures);
+// `checks` ({check, en, library}) and `departures`. Without the trace (withTrace false) the document has
+// no key `trace` at any level: the values alone, made in a fraction of the time.
+nlohmann::json ruledJson(nlohmann::json library, const design::RuledResult& result, const design::Departures& departures,
+                         bool withTrace = true);
 
 // The dimensions of a section under the JSON keys h, b, tw, tf, r (m).
 struct SectionDimensions {
@@ -61,14 +63,15 @@ std::string sectionTypeKey(const SDBSection& section);
 // Dimensions and properties of a section (m-based SI units).
 nlohmann::json sectionJson(const SDBSection& section);
 
-// The cross-section check of `check --json`, with its calculation trace.
+// The cross-section check of `check --json`, with its calculation trace (unless withTrace is false).
 nlohmann::json checkJson(const SDBSection& section, const KaConstrSteel& steel, const design::CrossSectionRequest& request,
-                         const design::CrossSectionOutcome& outcome, const design::Departures& departures);
+                         const design::CrossSectionOutcome& outcome, const design::Departures& departures,
+                         bool withTrace = true);
 
 // The same under the rules, with the EN 1993-1-1 evaluation beside the library's (ruledJson).
 nlohmann::json checkJson(const SDBSection& section, const KaConstrSteel& steel, const design::CrossSectionRequest& request,
                          const design::CrossSectionOutcome& outcome, const design::Departures& departures,
-                         design::Rules rules);
+                         design::Rules rules, bool withTrace = true);
 
 // The member utilizations in the order the results show them.
 std::span<const SteelDesign::BucklingResults::UtilizationType> memberUtilizationTypes();
@@ -83,14 +86,15 @@ struct MemberShown {
 };
 
 // The member checks of `member --json` ("verdict": "not applicable" when nothing needed a member check),
-// with their calculation trace.
+// with their calculation trace (unless withTrace is false).
 nlohmann::json memberJson(const SDBSection& section, const KaConstrSteel& steel, const design::MemberRequest& request,
-                          const design::MemberOutcome& outcome, const design::Departures& departures);
+                          const design::MemberOutcome& outcome, const design::Departures& departures,
+                          bool withTrace = true);
 
 // The same under the rules, with the EN 1993-1-1 evaluation beside the library's.
 nlohmann::json memberJson(const SDBSection& section, const KaConstrSteel& steel, const design::MemberRequest& request,
                           const design::MemberOutcome& outcome, const design::Departures& departures,
-                          design::Rules rules);
+                          design::Rules rules, bool withTrace = true);
 
 // The headline of a check or member result under the rules, the values its JSON document holds under the
 // same keys ("verdict", "governing", "governingUtilization", "class", "notVerified", "utilizations"),

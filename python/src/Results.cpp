@@ -33,18 +33,34 @@ py::object toPython(const nlohmann::json& j)
     }
 }
 
+namespace {
+
+template <class Request, class Outcome>
+py::object documentOf(Result<Request, Outcome>& r, bool withTrace)
+{
+    design::applyStandard(r.mode, r.situation);
+    const design::Departures departures = design::findDepartures(r.request, *r.outcome);
+    if constexpr (std::is_same_v<Request, design::MemberRequest>)
+        return toPython(report::memberJson(*r.section, r.steel, r.request, *r.outcome, departures, r.rules, withTrace));
+    else
+        return toPython(report::checkJson(*r.section, r.steel, r.request, *r.outcome, departures, r.rules, withTrace));
+}
+
+} // namespace
+
 template <class Request, class Outcome>
 py::object Result<Request, Outcome>::document()
 {
-    if (!documentMade) {
-        design::applyStandard(mode, situation);
-        const design::Departures departures = design::findDepartures(request, *outcome);
-        if constexpr (std::is_same_v<Request, design::MemberRequest>)
-            documentMade = toPython(report::memberJson(*section, steel, request, *outcome, departures, rules));
-        else
-            documentMade = toPython(report::checkJson(*section, steel, request, *outcome, departures, rules));
-    }
+    if (!documentMade) documentMade = documentOf(*this, true);
     return documentMade;
+}
+
+template <class Request, class Outcome>
+py::object Result<Request, Outcome>::values()
+{
+    if (documentMade) return documentMade;
+    if (!valuesMade) valuesMade = documentOf(*this, false);
+    return valuesMade;
 }
 
 template <class Request, class Outcome>
@@ -106,6 +122,20 @@ void dealloc(PyObject* self)
     Py_DECREF(type);
 }
 
+// The value of the document under a key (a new reference), nullptr (no exception set) where it has none:
+// from the values without the traces unless the key holds one.
+PyObject* valueOf(ResultCore& result, PyObject* key)
+{
+    const bool traced = PyUnicode_Check(key) && (PyUnicode_CompareWithASCIIString(key, "trace") == 0 ||
+                                                 PyUnicode_CompareWithASCIIString(key, "library") == 0 ||
+                                                 PyUnicode_CompareWithASCIIString(key, "en") == 0);
+    py::object document = traced ? result.document() : result.values();
+    PyObject* value = PyDict_GetItemWithError(document.ptr(), key);
+    if (!value && PyErr_Occurred()) throw py::error_already_set();
+    Py_XINCREF(value);
+    return value;
+}
+
 // Every value of the document is an attribute too (r.NRd); a name with two leading underscores never is.
 PyObject* getattro(PyObject* self, PyObject* name)
 {
@@ -116,14 +146,19 @@ PyObject* getattro(PyObject* self, PyObject* name)
         return nullptr;
     PyErr_Clear();
     return pycall::guarded([&]() -> PyObject* {
-        py::object document = resultOf(self).document();
-        PyObject* value = PyDict_GetItemWithError(document.ptr(), name);
-        if (value) {
-            Py_INCREF(value);
-            return value;
-        }
-        if (!PyErr_Occurred()) PyErr_SetObject(PyExc_AttributeError, name);
-        return nullptr;
+        PyObject* value = valueOf(resultOf(self), name);
+        if (!value) PyErr_SetObject(PyExc_AttributeError, name);
+        return value;
+    });
+}
+
+// r["NRd"]: KeyError where the document has no such key.
+PyObject* subscript(PyObject* self, PyObject* key)
+{
+    return pycall::guarded([&]() -> PyObject* {
+        PyObject* value = valueOf(resultOf(self), key);
+        if (!value) PyErr_SetObject(PyExc_KeyError, key);
+        return value;
     });
 }
 
@@ -203,6 +238,7 @@ PyTypeObject* makeType(const char* name, const char* doc)
     PyType_Slot slots[] = {
         {Py_tp_dealloc, reinterpret_cast<void*>(&dealloc)},
         {Py_tp_getattro, reinterpret_cast<void*>(&getattro)},
+        {Py_mp_subscript, reinterpret_cast<void*>(&subscript)},
         {Py_tp_getset, getters},
         {Py_tp_methods, methods},
         {Py_tp_doc, const_cast<char*>(doc)},

@@ -37,7 +37,11 @@ struct ResultCore {
     {
     }
     virtual ~ResultCore() = default;
+    // The document of `check --json` / `member --json`, made on the first call under the result's own
+    // standard; values(): the same without its traces (every key but `trace`, `library` and `en` alike),
+    // what reading one value (r.NRd) needs.
     virtual py::object document() = 0;
+    virtual py::object values() = 0;
     virtual std::string toHtml(const report::TitleBlock& block) = 0;
 
     std::shared_ptr<SDBSection> section;
@@ -45,7 +49,7 @@ struct ResultCore {
     std::string mode, situation;
     design::Rules rules;
     report::ResultSummary summary;
-    py::object documentMade;
+    py::object documentMade, valuesMade;
     batch::MemberRow row;  // the call as a batch row: the command that reproduces it on the report
 };
 
@@ -56,9 +60,8 @@ struct Result final : ResultCore {
     Request request{};
     std::optional<Outcome> outcome;
 
-    // The document of `check --json` / `member --json`, made on the first call under the result's own
-    // standard.
     py::object document() override;
+    py::object values() override;
     // The design report of this result, as `check --html` / `member --html` write it.
     std::string toHtml(const report::TitleBlock& block) override;
 };

@@ -140,7 +140,7 @@ class Result(_Values, metaclass=abc.ABCMeta):
 # The compiled results take the same methods (their values of the document are attributes already); the
 # document is made once, on the first access.
 for _kind, _type in (("check", _core.CheckResult), ("member", _core.MemberResult)):
-    for _name in ("__getitem__", "to_dict", "trace_text", "to_frame", "_repr_html_", "__eq__", "__repr__"):
+    for _name in ("to_dict", "trace_text", "to_frame", "_repr_html_", "__eq__", "__repr__"):
         setattr(_type, _name, _Values.__dict__[_name])
     _type._kind = _kind
     _type._values = property(_type._document)
