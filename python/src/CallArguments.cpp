@@ -24,7 +24,7 @@ std::string argumentMessage(std::string message)
 
 namespace {
 
-// "name=repr(value)", the argument as the caller gave it.
+// "name=repr(value)", the argument as the caller gave it (its first 80 characters).
 std::string shown(const char* name, PyObject* value)
 {
     std::string out = std::string(name) + "=";
@@ -35,15 +35,20 @@ std::string shown(const char* name, PyObject* value)
     }
     Py_ssize_t size = 0;
     const char* data = PyUnicode_AsUTF8AndSize(text, &size);
-    if (data) out.append(data, static_cast<std::size_t>(size));
-    else PyErr_Clear();
+    if (data) {
+        const std::string_view whole(data, static_cast<std::size_t>(size));
+        out += whole.size() > 80 ? std::string(whole.substr(0, 77)) + "..." : std::string(whole);
+    } else {
+        PyErr_Clear();
+    }
     Py_DECREF(text);
     return out;
 }
 
+// needed: "a number is needed".
 [[noreturn]] void wrongKind(const char* name, PyObject* value, const char* needed)
 {
-    throw py::type_error(shown(name, value) + ": " + needed + " is needed, got " + Py_TYPE(value)->tp_name);
+    throw py::type_error(shown(name, value) + ": " + needed + ", got " + Py_TYPE(value)->tp_name);
 }
 
 bool isNumpyBool(PyObject* value)
@@ -71,8 +76,10 @@ void Signature::bind(PyObject* const* args, Py_ssize_t nargs, PyObject* kwnames,
     values.fill(nullptr);
     const std::size_t given = static_cast<std::size_t>(nargs);
     if (given > positional_)
-        throw py::type_error(std::string(function_) + "() takes at most " + std::to_string(positional_) +
-                             " positional arguments (" + std::to_string(given) + " given)");
+        throw py::type_error(std::string(function_) + "() takes " +
+                             (positional_ == 0 ? std::string("no positional arguments")
+                                               : "at most " + std::to_string(positional_) + " positional arguments") +
+                             " (" + std::to_string(given) + " given)");
     for (std::size_t i = 0; i < given; ++i) values[i] = args[i];
     const Py_ssize_t keywords = kwnames ? PyTuple_GET_SIZE(kwnames) : 0;
     for (Py_ssize_t k = 0; k < keywords; ++k) {
@@ -105,11 +112,13 @@ double number(const char* name, PyObject* value, double fallback)
         v = PyFloat_AS_DOUBLE(value);
     } else {
         // int, bool, NumPy's scalars and whatever else Python's float() takes without parsing text.
-        if (PyUnicode_Check(value) || PyBytes_Check(value) || value == Py_None) wrongKind(name, value, "a number");
+        if (PyUnicode_Check(value) || PyBytes_Check(value) || value == Py_None) wrongKind(name, value, "a number is needed");
         v = PyFloat_AsDouble(value);
         if (v == -1.0 && PyErr_Occurred()) {
+            const bool tooLarge = PyErr_ExceptionMatches(PyExc_OverflowError);
             PyErr_Clear();
-            wrongKind(name, value, "a number");
+            if (tooLarge) throw py::value_error(std::string(name) + ": not a finite number: too large for a float");
+            wrongKind(name, value, "a number is needed");
         }
     }
     if (!std::isfinite(v)) throw py::value_error(std::string(name) + ": not a finite number: " + std::to_string(v));
@@ -132,7 +141,7 @@ bool flag(const char* name, PyObject* value, bool fallback)
         if (truth < 0) throw py::error_already_set();
         return truth != 0;
     }
-    wrongKind(name, value, "True or False");
+    wrongKind(name, value, "True or False is needed");
 }
 
 std::optional<bool> optionalFlag(const char* name, PyObject* value)
@@ -144,7 +153,7 @@ std::optional<bool> optionalFlag(const char* name, PyObject* value)
 std::string_view text(const char* name, PyObject* value, std::string_view fallback)
 {
     if (!value) return fallback;
-    if (!PyUnicode_Check(value)) wrongKind(name, value, "a text");
+    if (!PyUnicode_Check(value)) wrongKind(name, value, "a text is needed");
     Py_ssize_t size = 0;
     const char* data = PyUnicode_AsUTF8AndSize(value, &size);
     if (!data) throw py::error_already_set();
@@ -155,11 +164,11 @@ std::optional<std::array<double, 3>> threeNumbers(const char* name, PyObject* va
 {
     if (!value || value == Py_None) return std::nullopt;
     if (PyUnicode_Check(value) || PyBytes_Check(value) || !PySequence_Check(value))
-        wrongKind(name, value, "three numbers (start, middle, end)");
+        wrongKind(name, value, "three numbers (start, middle, end) are needed");
     PyObject* items = PySequence_Fast(value, "");
     if (!items) {
         PyErr_Clear();
-        wrongKind(name, value, "three numbers (start, middle, end)");
+        wrongKind(name, value, "three numbers (start, middle, end) are needed");
     }
     const Py_ssize_t size = PySequence_Fast_GET_SIZE(items);
     if (size != 3) {
