@@ -1,6 +1,7 @@
-// The compiled part of the Python module: sections, the cross-section and member checks as the command's
-// JSON documents (converted to Python objects), and whole frames of batch rows evaluated by the batch's
-// own code with the GIL released.
+// The compiled part of the Python module: sections; check() and member(), which read the interpreter's
+// call themselves (CallArguments.h) and return result objects over the C++ results (Results.h); the
+// elastic critical moment; and whole frames of batch rows evaluated by the batch's own code with the GIL
+// released.
 
 #include <batch/BatchInput.h>
 #include <batch/BatchRun.h>
