@@ -244,9 +244,9 @@ PyTypeObject* makeType(const char* name, const char* doc)
         {Py_tp_doc, const_cast<char*>(doc)},
         {0, nullptr},
     };
-    PyType_Spec spec{name, static_cast<int>(sizeof(ResultObject)), 0,
+    PyType_Spec layout{name, static_cast<int>(sizeof(ResultObject)), 0,
                      Py_TPFLAGS_DEFAULT | Py_TPFLAGS_DISALLOW_INSTANTIATION, slots};
-    PyObject* type = PyType_FromSpec(&spec);
+    PyObject* type = PyType_FromSpec(&layout);
     if (!type) throw py::error_already_set();
     return reinterpret_cast<PyTypeObject*>(type);
 }

@@ -218,10 +218,10 @@ PyObject* checkCall(PyObject*, PyObject* const* args, Py_ssize_t nargs, PyObject
                                          2, 1);
         pycall::Signature::Values v;
         s.bind(args, nargs, kwnames, v);
-        auto r = check(pycall::text("section", v[0], {}), pycall::text("steel", v[1], "S355"), forcesOf(s, v, 2),
-                       pycall::optionalNumber("gamma_m0", v[9]), pycall::flag("elastic", v[10], false),
-                       pycall::text("mode", v[11], "EN"), pycall::text("situation", v[12], "persistent"),
-                       pycall::text("rules", v[13], "en"));
+        auto r = check(pycall::text(s.name(0), v[0], {}), pycall::text(s.name(1), v[1], "S355"), forcesOf(s, v, 2),
+                       pycall::optionalNumber(s.name(9), v[9]), pycall::flag(s.name(10), v[10], false),
+                       pycall::text(s.name(11), v[11], "EN"), pycall::text(s.name(12), v[12], "persistent"),
+                       pycall::text(s.name(13), v[13], "en"));
         return pyresult::toPythonObject(std::move(r));
     });
 }
@@ -239,29 +239,29 @@ PyObject* memberCall(PyObject*, PyObject* const* args, Py_ssize_t nargs, PyObjec
         pycall::Signature::Values v;
         s.bind(args, nargs, kwnames, v);
         MemberOptions m;
-        m.length = pycall::optionalNumber("length", v[9]);
-        m.lcrY = pycall::optionalNumber("lcr_y", v[10]);
-        m.lcrZ = pycall::optionalNumber("lcr_z", v[11]);
-        m.lLT = pycall::optionalNumber("l_lt", v[12]);
-        m.lcrT = pycall::optionalNumber("lcr_t", v[13]);
-        m.gammaM1 = pycall::number("gamma_m1", v[14], 1.0);
-        m.momentsY = pycall::threeNumbers("moments_y", v[15]);
-        m.diagramY = pycall::text("diagram_y", v[16], m.diagramY);
-        m.momentsZ = pycall::threeNumbers("moments_z", v[17]);
-        m.diagramZ = pycall::text("diagram_z", v[18], m.diagramZ);
-        m.maxMoment = pycall::optionalNumber("max_moment", v[19]);
-        m.loadPoint = pycall::text("load_point", v[20], m.loadPoint);
-        m.mcr = pycall::number("mcr", v[21], 0.0);
-        m.cTheta = pycall::number("c_theta", v[22], 0.0);
-        m.shearPanel = pycall::number("shear_panel", v[23], 0.0);
-        m.rolledMethod = pycall::optionalFlag("rolled_method", v[24]);
-        m.mcrMethod = pycall::text("mcr_method", v[25], m.mcrMethod);
-        m.torsionallyDeformable = pycall::flag("torsionally_deformable", v[26], false);
-        m.twistRestrained = pycall::flag("twist_restrained", v[27], false);
-        m.cmFloor = pycall::flag("cm_floor", v[28], false);
-        auto r = member(pycall::text("section", v[0], {}), pycall::text("steel", v[1], "S355"), forcesOf(s, v, 2), m,
-                        pycall::text("mode", v[29], "EN"), pycall::text("situation", v[30], "persistent"),
-                        pycall::text("rules", v[31], "en"));
+        m.length = pycall::optionalNumber(s.name(9), v[9]);
+        m.lcrY = pycall::optionalNumber(s.name(10), v[10]);
+        m.lcrZ = pycall::optionalNumber(s.name(11), v[11]);
+        m.lLT = pycall::optionalNumber(s.name(12), v[12]);
+        m.lcrT = pycall::optionalNumber(s.name(13), v[13]);
+        m.gammaM1 = pycall::number(s.name(14), v[14], 1.0);
+        m.momentsY = pycall::threeNumbers(s.name(15), v[15]);
+        m.diagramY = pycall::text(s.name(16), v[16], m.diagramY);
+        m.momentsZ = pycall::threeNumbers(s.name(17), v[17]);
+        m.diagramZ = pycall::text(s.name(18), v[18], m.diagramZ);
+        m.maxMoment = pycall::optionalNumber(s.name(19), v[19]);
+        m.loadPoint = pycall::text(s.name(20), v[20], m.loadPoint);
+        m.mcr = pycall::number(s.name(21), v[21], 0.0);
+        m.cTheta = pycall::number(s.name(22), v[22], 0.0);
+        m.shearPanel = pycall::number(s.name(23), v[23], 0.0);
+        m.rolledMethod = pycall::optionalFlag(s.name(24), v[24]);
+        m.mcrMethod = pycall::text(s.name(25), v[25], m.mcrMethod);
+        m.torsionallyDeformable = pycall::flag(s.name(26), v[26], false);
+        m.twistRestrained = pycall::flag(s.name(27), v[27], false);
+        m.cmFloor = pycall::flag(s.name(28), v[28], false);
+        auto r = member(pycall::text(s.name(0), v[0], {}), pycall::text(s.name(1), v[1], "S355"), forcesOf(s, v, 2), m,
+                        pycall::text(s.name(29), v[29], "EN"), pycall::text(s.name(30), v[30], "persistent"),
+                        pycall::text(s.name(31), v[31], "en"));
         return pyresult::toPythonObject(std::move(r));
     });
 }
